@@ -1,0 +1,12 @@
+# cmake -DPROGRAM=... -DEXPECTED=... -P run_example.cmake: runs the program and compares what it prints.
+execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+if(NOT result STREQUAL "0")
+  message(FATAL_ERROR "${PROGRAM} ended with ${result}")
+endif()
+if(NOT EXISTS ${EXPECTED})
+  message(FATAL_ERROR "${EXPECTED} is missing: it should hold what the example prints\n${printed}")
+endif()
+file(READ ${EXPECTED} expected)
+if(NOT printed STREQUAL expected)
+  message(FATAL_ERROR "${PROGRAM} printed\n${printed}\nexpected (${EXPECTED})\n${expected}")
+endif()

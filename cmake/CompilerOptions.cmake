@@ -1,0 +1,21 @@
+# Options of everything built in this project; nothing here reaches users of the installed package.
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic
+  -Wshadow -Wconversion -Wsign-conversion
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  # Exceptions report where they were thrown: the path below the project's folder, on every machine the same.
+  -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
+  # A call inside a library to its own exported function needs no detour through the symbol table.
+  -fno-semantic-interposition)
+
+if(VEXONAMES_WERROR)
+  add_compile_options(-Werror)
+endif()
+
+if(VEXONAMES_SANITIZE)
+  add_compile_options(-fsanitize=${VEXONAMES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VEXONAMES_SANITIZE})
+else()
+  add_link_options(-Wl,--as-needed -Wl,--no-undefined)
+endif()
