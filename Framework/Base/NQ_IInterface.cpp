@@ -1,0 +1,15 @@
+#include "NQ_IInterface.h"
+
+#include <cstring>
+#include <ostream>
+
+NQ_IInterface::~NQ_IInterface() = default;
+
+bool NQ_IInterface::HasInterface(const char* interfaceName) const {
+  return std::strcmp(interfaceName, "NQ_IInterface") == 0;
+}
+
+std::ostream& operator<<(std::ostream& out, const NQ_IPrintable& printable) {
+  printable.PrintOn(out);
+  return out;
+}

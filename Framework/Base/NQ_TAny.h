@@ -1,0 +1,128 @@
+// The variant.
+//
+// An NQ_TAny holds exactly one object of any framework class, or is null, or is illegal ("no value"). It has value
+// semantics: a copy behaves as if the content were copied; the content is in fact shared until one of the copies is
+// about to be changed. Reading one NQ_TAny from several threads is safe; changing it needs the owner's lock.
+//
+//   NQ_TAny a(5);
+//   a.AsInt32();                                   // 5
+//   a = NQ_TString("x");
+//   if (const auto* s = std::as_const(a).As<NQ_TString>()) ...   // read without unsharing
+//
+// A pointer from the non-const As or DynamicCast may be written through until the variant is assigned or destroyed; a
+// pointer from the const forms is valid as long.
+#pragma once
+
+#include <atomic>
+#include <concepts>
+#include <cstdint>
+#include <iosfwd>
+#include <type_traits>
+#include <utility>
+
+#include "NQ_IPackable.h"
+#include "NQ_TObject.h"
+
+class NQ_EXPORT NQ_TAny {
+ public:
+  static const NQ_TAny& Null();
+  static const NQ_TAny& Illegal();
+
+  NQ_TAny() = default;
+  NQ_TAny(const NQ_TAny& other) : held_(Share(other.held_)) {}
+  NQ_TAny(NQ_TAny&& other) noexcept : held_(std::exchange(other.held_, nullptr)) {}
+  NQ_TAny(int value);              // NOLINT(google-explicit-constructor)
+  NQ_TAny(double value);           // NOLINT(google-explicit-constructor)
+  NQ_TAny(const char* utf8);       // NOLINT(google-explicit-constructor)
+  NQ_TAny(const wchar_t* wide);    // NOLINT(google-explicit-constructor)
+  template <std::same_as<bool> B>  // only a real bool, not every pointer
+  NQ_TAny(B value) : held_(HoldBool(value)) {}  // NOLINT(google-explicit-constructor)
+  /// Holds the object by reference: it is neither copied nor deleted and must outlive the variant and its copies.
+  explicit NQ_TAny(const NQ_IInterface* object);
+  /// Holds a copy of the object.
+  NQ_TAny(const NQ_IPackable& object);  // NOLINT(google-explicit-constructor)
+  /// Holds the object's content, moved out of it.
+  NQ_TAny(NQ_IPackable&& object);  // NOLINT(google-explicit-constructor)
+  ~NQ_TAny() { Release(held_); }
+
+  NQ_TAny& operator=(const NQ_TAny& other);
+  NQ_TAny& operator=(NQ_TAny&& other) noexcept {
+    std::swap(held_, other.held_);
+    return *this;
+  }
+  /// An untyped pointer, held as an NQ_TPointer.
+  NQ_TAny& operator=(void* pointer);
+  NQ_TAny& operator=(const NQ_IPackable& object) { return *this = NQ_TAny(object); }
+  NQ_TAny& operator=(NQ_IPackable&& object) { return *this = NQ_TAny(std::move(object)); }
+  NQ_TAny& operator=(int value) { return *this = NQ_TAny(value); }
+  NQ_TAny& operator=(const char* utf8) { return *this = NQ_TAny(utf8); }
+  template <std::same_as<bool> B>
+  NQ_TAny& operator=(B value) {
+    return *this = NQ_TAny(value);
+  }
+
+  bool IsNull() const { return held_ == nullptr; }
+  bool IsIllegal() const { return held_ == Illegal().held_; }
+  /// Equal content of the same class; objects held by reference are equal when they are the same object.
+  bool operator==(const NQ_TAny& other) const;
+
+  /// The 32-bit integer; throws NQ_EIllegalCastFromAny when the variant holds none.
+  std::int32_t AsInt32() const;
+  explicit operator std::int32_t() const { return AsInt32(); }
+
+  /// The held object viewed as the class or interface of that name, to be cast to a pointer to just that; else null.
+  const void* DynamicCast(const char* name) const;
+  void* DynamicCast(const char* name);
+  /// The held object as a T, or null.
+  template <class T>
+  const T* As() const {
+    if constexpr (std::derived_from<T, NQ_TObject>) {
+      if (held_ != nullptr && held_->classObject == &T::NQ_ClassObject()) return static_cast<const T*>(held_->object);
+    }
+    return held_ == nullptr ? nullptr : dynamic_cast<const T*>(held_->Interface());
+  }
+  template <class T>
+  T* As() {
+    if (std::as_const(*this).As<T>() == nullptr) return nullptr;
+    LendHeld();
+    return const_cast<T*>(std::as_const(*this).As<T>());
+  }
+  /// A copy of the held T, or the given default when the variant holds none.
+  template <class T>
+  T ValueOr(T fallback) const {
+    const T* held = As<T>();
+    return held == nullptr ? std::move(fallback) : *held;
+  }
+
+  /// The class name of the held object; "NQ_TAny" when the variant is null or illegal.
+  const char* ClassName() const;
+  /// Prints the held object; "(null)" and "(illegal)" for the two states without one.
+  void PrintOn(std::ostream& out) const;
+
+ private:
+  /// What all copies of a variant share.
+  struct THeld {
+    std::atomic<std::uint32_t> owners{1};
+    bool lent = false;                      // a pointer to write through is out: copies must not share
+    const NQ_TClass* classObject = nullptr; // null for an object held by reference that has no class
+    const void* object = nullptr;           // the complete object
+
+    virtual ~THeld() = default;
+    virtual const NQ_IInterface* Interface() const = 0;
+    virtual NQ_IPackable* Packable() const = 0;  // null when held by reference
+  };
+  struct TOwned;
+  struct TReferred;
+
+  static THeld* HoldBool(bool value);
+  static THeld* Own(NQ_IPackable* object);
+  static THeld* Share(THeld* held);
+  static void Release(THeld* held) noexcept {
+    if (held != nullptr && held->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) delete held;
+  }
+  void LendHeld();
+
+  THeld* held_ = nullptr;
+};
+
+NQ_EXPORT std::ostream& operator<<(std::ostream& out, const NQ_TAny& value);

@@ -1,0 +1,67 @@
+#include "NQ_TTime.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <ostream>
+#include <string>
+
+namespace {
+
+constexpr std::size_t kMaxFormatted = 65536;  // bytes; a pattern can ask for padding of any width
+
+double SystemClock() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<double>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+std::atomic<NQ_TTime::TClock> currentClock{&SystemClock};
+
+}  // namespace
+
+void NQ_TInterval::PrintOn(std::ostream& out) const {
+  char text[64];
+  const int length = std::snprintf(text, sizeof text, "%.3g s", milliseconds_ / 1000);
+  out.write(text, length);
+}
+
+void NQ_TInterval::NQ_Pack(NQ_IPacking& packing) const { packing.PackDouble(milliseconds_); }
+
+void NQ_TInterval::NQ_Unpack(NQ_IUnpacking& unpacking) { milliseconds_ = unpacking.UnpackDouble(); }
+
+NQ_TTime::NQ_TTime() : milliseconds_(currentClock.load(std::memory_order_relaxed)()) {}
+
+NQ_TTime NQ_TTime::FromMilliseconds(double milliseconds) {
+  NQ_TTime time;
+  time.milliseconds_ = milliseconds;
+  return time;
+}
+
+NQ_TTime::TClock NQ_TTime::SetClock(TClock clock) {
+  return currentClock.exchange(clock == nullptr ? &SystemClock : clock, std::memory_order_relaxed);
+}
+
+NQ_TString NQ_TTime::Format(const NQ_TString& pattern) const {
+  constexpr double kMaxSeconds = 6.7e16;  // years fit an int
+  const double seconds = std::floor(milliseconds_ / 1000);
+  std::tm local{};
+  if (pattern.Empty() || !(std::abs(seconds) < kMaxSeconds)) return {};
+  const auto when = static_cast<std::time_t>(seconds);
+  if (localtime_r(&when, &local) == nullptr) return {};
+  // A guard character tells an empty result from one that did not fit.
+  const std::string guarded = std::string(pattern.Narrow()) + ' ';
+  for (std::size_t room = 256; room <= kMaxFormatted; room *= 4) {
+    std::string text(room, '\0');
+    const std::size_t length = std::strftime(text.data(), room, guarded.c_str(), &local);
+    if (length > 0) return NQ_TString(std::string_view(text).substr(0, length - 1));
+  }
+  return {};
+}
+
+void NQ_TTime::PrintOn(std::ostream& out) const { out << Format("%Y-%m-%d %H:%M:%S"); }
+
+void NQ_TTime::NQ_Pack(NQ_IPacking& packing) const { packing.PackDouble(milliseconds_); }
+
+void NQ_TTime::NQ_Unpack(NQ_IUnpacking& unpacking) { milliseconds_ = unpacking.UnpackDouble(); }

@@ -1,0 +1,51 @@
+// Points in time and spans between them.
+#pragma once
+
+#include "NQ_TString.h"
+
+/// A span of time; prints as seconds with three significant digits and " s".
+class NQ_EXPORT NQ_TInterval final : public NQ_TValueOf<NQ_TInterval, NQ_TValue, "NQ_TInterval"> {
+ public:
+  NQ_TInterval() = default;
+  explicit NQ_TInterval(double milliseconds) : milliseconds_(milliseconds) {}
+  double Milliseconds() const { return milliseconds_; }
+
+  bool operator==(const NQ_TInterval& other) const { return milliseconds_ == other.milliseconds_; }
+  void PrintOn(std::ostream& out) const override;
+  void NQ_Pack(NQ_IPacking& packing) const override;
+  void NQ_Unpack(NQ_IUnpacking& unpacking) override;
+
+ private:
+  double milliseconds_ = 0;
+};
+
+/// A point in time, to the millisecond. Its text is local time of the process's zone.
+class NQ_EXPORT NQ_TTime final : public NQ_TValueOf<NQ_TTime, NQ_TValue, "NQ_TTime"> {
+ public:
+  /// Gives the current time in milliseconds since 1970-01-01T00:00:00Z. Called from any thread.
+  using TClock = double (*)();
+
+  /// The current time, from the process's clock.
+  NQ_TTime();
+  /// Milliseconds since 1970-01-01T00:00:00Z.
+  static NQ_TTime FromMilliseconds(double milliseconds);
+  double Milliseconds() const { return milliseconds_; }
+
+  /// The clock of default-constructed times: the system's, until another one is set; null sets the system's again.
+  /// Returns the one before. For repeatable output and tests; any thread.
+  static TClock SetClock(TClock clock);
+
+  /// Text by a strftime pattern, in local time. Empty when the pattern is, when the time lies outside the years that
+  /// the calendar can hold, or when the text would exceed 65,536 bytes.
+  NQ_TString Format(const NQ_TString& pattern) const;
+
+  NQ_TInterval operator-(const NQ_TTime& earlier) const { return NQ_TInterval(milliseconds_ - earlier.milliseconds_); }
+  bool operator==(const NQ_TTime& other) const { return milliseconds_ == other.milliseconds_; }
+  /// Prints as 2026-01-31 13:05:09.
+  void PrintOn(std::ostream& out) const override;
+  void NQ_Pack(NQ_IPacking& packing) const override;
+  void NQ_Unpack(NQ_IUnpacking& unpacking) override;
+
+ private:
+  double milliseconds_;
+};
