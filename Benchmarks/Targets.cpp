@@ -1,0 +1,78 @@
+#include "Targets.h"
+
+#include <stdexcept>
+
+namespace bench {
+namespace {
+
+constexpr auto Cost = Direction::CostAtMost;
+constexpr auto Faster = Direction::FasterAtLeast;
+
+constexpr Target kTargets[] = {
+    {"W1 file path", "W1", "vexo_utf8", "ctemplate", Cost, 1.5, 0.75},
+    {"W2 1,000 tokens", "W2", "vexo_utf8", "ctemplate", Cost, 1.8, 0.9},
+    {"W3 10 MB", "W3", "vexo_utf8", "ctemplate", Cost, 1.5, 0.75},
+    {"W4 nested values", "W4", "vexo_utf8", "ctemplate", Cost, 1.2, 0.5},
+    {"W5 two threads", "W5", "vexo_utf8", "ctemplate", Cost, 1.5, 0.75},
+    {"W5 two threads, one registry", "W5", "vexo_shared", "ctemplate"},
+    {"W1 at first sight", "first-W1", "vexo_utf8", "hand8", Cost, 4.0, 1.6},
+    {"W2 at first sight", "first-W2", "vexo_utf8", "hand8", Cost, 4.0, 1.6},
+    {"regex token, times faster", "regex", "vexo_utf8", "pcre_each_time", Faster, 10.0, 18.0},
+    {"whole-value regex, times faster", "regex-whole", "vexo_utf8", "pcre_each_time", Faster, 10.0, 18.0},
+    {"1M names against 100", "names", "vexo_utf8 1M", "vexo_utf8 100"},
+    {"1M names against 100, first sight", "names", "vexo_utf8 first 1M", "vexo_utf8 first 100"},
+    {"1M names against 100, hand8", "names", "hand8 1M", "hand8 100"},
+    {"1M tokens against 1,000", "tokens", "vexo_utf8 1M", "vexo_utf8 1k"},
+    {"1M tokens against 1,000, hand8", "tokens", "hand8 1M", "hand8 1k"},
+};
+
+Ratio InDirection(const Ratio& cost, Direction direction) {
+  if (direction == Direction::CostAtMost) return cost;
+  return {1 / cost.median, 1 / cost.high, 1 / cost.low};
+}
+
+Verdict VerdictOf(const Target& target, double measured) {
+  const auto keeps = [&](double bound) {
+    return target.direction == Direction::CostAtMost ? measured <= bound : measured >= bound;
+  };
+  if (!target.line) return Verdict::Informs;
+  if (!keeps(*target.line)) return Verdict::Missed;
+  return target.aim && keeps(*target.aim) ? Verdict::AimMet : Verdict::Met;
+}
+
+}  // namespace
+
+std::vector<Judged> Judge(const std::vector<Measurement>& measurements) {
+  std::vector<Judged> rows;
+  for (const Target& target : kTargets) {
+    bool measured = false, found = false;
+    for (const Measurement& m : measurements) {
+      if (m.group != target.group) continue;
+      measured = true;
+      if (m.subject != target.subject) continue;
+      found = true;
+      const Ratio ratio = InDirection(m.against.at(target.reference), target.direction);
+      rows.push_back({target, ratio, VerdictOf(target, ratio.median)});
+    }
+    // A row that finds nothing would be a gate that always stands open.
+    if (measured && !found)
+      throw std::logic_error(std::string(target.what) + ": no subject " + target.subject);
+  }
+  return rows;
+}
+
+const char* VerdictText(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::Informs:
+      return "";
+    case Verdict::AimMet:
+      return "aim met";
+    case Verdict::Met:
+      return "met";
+    case Verdict::Missed:
+      return "MISSED";
+  }
+  return "";
+}
+
+}  // namespace bench
