@@ -21,14 +21,18 @@ write_basic_package_version_file(
 install(FILES ${PROJECT_BINARY_DIR}/VexoNamesConfig.cmake ${PROJECT_BINARY_DIR}/VexoNamesConfigVersion.cmake
         DESTINATION ${vexonames_package_dir})
 
-# Absolute folders (a packager may set them) stay; relative ones follow the prefix, so that the tree can be moved.
+# Absolute folders (a packager may set them) stay; relative ones follow the file, so that the tree can be moved.
 foreach(dir IN ITEMS LIBDIR INCLUDEDIR)
+  set(pc_${dir} "\${prefix}/${CMAKE_INSTALL_${dir}}")
   if(IS_ABSOLUTE "${CMAKE_INSTALL_${dir}}")
     set(pc_${dir} "${CMAKE_INSTALL_${dir}}")
-  else()
-    set(pc_${dir} "\${prefix}/${CMAKE_INSTALL_${dir}}")
   endif()
 endforeach()
+set(pc_prefix "${CMAKE_INSTALL_PREFIX}")
+if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  string(REGEX REPLACE "[^/]+" ".." to_prefix "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+  set(pc_prefix "\${pcfiledir}/${to_prefix}")
+endif()
 set(pc_cflags "-I\${includedir}/VexoNames")
 foreach(folder IN LISTS VEXO_FRAMEWORK_INCLUDE_FOLDERS)
   string(APPEND pc_cflags " -I\${includedir}/VexoNames/${folder}")
