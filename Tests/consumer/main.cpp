@@ -1,5 +1,5 @@
-// What a user of the installed package does first: a name, a template, and an exception that crosses the library's
-// border.
+// What a user of the installed package does first: a name, a template, and an exception that crosses the
+// library's border.
 #include <cstdio>
 
 #include "NQ_ENoSuchKey.h"
