@@ -20,7 +20,9 @@ struct TNode {
 
 /// A key that is looked for.
 struct TWanted {
-  const NQ_TString& key;
+  explicit TWanted(const NQ_TString& key) : text(key.StringView()), hash(key.Hash()) {}
+  TWanted(std::u16string_view keyText, std::uint64_t keyHash) : text(keyText), hash(keyHash) {}
+  std::u16string_view text;
   std::uint64_t hash;
 };
 
@@ -34,7 +36,7 @@ struct TSameKey {
   using is_transparent = void;
   bool operator()(const TNode* a, const TNode* b) const { return a == b; }
   bool operator()(const TNode* node, const TWanted& wanted) const {
-    return node->hash == wanted.hash && node->key == wanted.key;
+    return node->hash == wanted.hash && node->key.Equals(wanted.text);
   }
   bool operator()(const TWanted& wanted, const TNode* node) const { return (*this)(node, wanted); }
 };
@@ -75,8 +77,9 @@ class NQ_TDict::TContent {
     if (capacity > kKeysWithoutIndex) index_.reserve(capacity);
   }
 
-  TNode* Find(const NQ_TString& key) const {
-    const TWanted wanted{key, key.Hash()};
+  TNode* Find(const NQ_TString& key) const { return Find(TWanted(key)); }
+
+  TNode* Find(const TWanted& wanted) const {
     if (indexed_) {
       const auto found = index_.find(wanted);
       return found == index_.end() ? nullptr : *found;
@@ -166,6 +169,12 @@ NQ_TDict& NQ_TDict::Add(const NQ_IHashable& key, NQ_TAny&& value) {
 const NQ_TAny* NQ_TDict::ValueOfKey(const NQ_IHashable& key) const {
   const TContent* const content = shared_.Read();
   const TNode* const node = content == nullptr ? nullptr : content->Find(key.KeyText());
+  return node == nullptr ? nullptr : &node->value;
+}
+
+const NQ_TAny* NQ_TDict::ValueOfText(std::u16string_view key, std::uint64_t hash) const {
+  const TContent* const content = shared_.Read();
+  const TNode* const node = content == nullptr ? nullptr : content->Find(TWanted(key, hash));
   return node == nullptr ? nullptr : &node->value;
 }
 

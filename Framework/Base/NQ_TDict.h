@@ -42,6 +42,8 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
   const NQ_TAny* ValueOfKey(const NQ_IHashable& key) const;
   const NQ_TAny* ValueOfKey(const char* key) const { return ValueOfKey(NQ_TString(key)); }
   const NQ_TAny* ValueOfKey(const wchar_t* key) const { return ValueOfKey(NQ_TString(key)); }
+  /// The same for a key given as text and its `NQ_TString::HashOf`; makes no string.
+  const NQ_TAny* ValueOfText(std::u16string_view key, std::uint64_t hash) const;
   NQ_TAny* ValueOfKey(const NQ_IHashable& key);
   NQ_TAny* ValueOfKey(const char* key) { return ValueOfKey(NQ_TString(key)); }
   NQ_TAny* ValueOfKey(const wchar_t* key) { return ValueOfKey(NQ_TString(key)); }

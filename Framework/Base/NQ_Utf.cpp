@@ -39,6 +39,14 @@ std::size_t Encode(std::uint32_t c, char16_t* out) {
   return out[0] = static_cast<char16_t>(0xD7C0 + (c >> 10)), out[1] = static_cast<char16_t>(0xDC00 | (c & 0x3FF)), 2;
 }
 
+// The code point at a position, which moves past it; an unpaired surrogate gives U+FFFD.
+std::uint32_t NextCodePoint(std::u16string_view text, std::size_t& at) {
+  const std::uint32_t lead = text[at++];
+  if (!U16_IS_SURROGATE(lead)) return lead;
+  if (U16_IS_SURROGATE_TRAIL(lead) || at == text.size() || !U16_IS_TRAIL(text[at])) return kReplacement;
+  return 0x10000 + ((lead & 0x3FF) << 10) + (text[at++] & 0x3FFU);
+}
+
 // Writes one code point of two or more bytes; returns how many they are.
 std::size_t Encode(std::uint32_t c, char* out) {
   const auto put = [&](std::size_t i, std::uint32_t byte) { out[i] = static_cast<char>(byte); };
@@ -80,9 +88,7 @@ void AppendUtf8(std::u16string_view utf16, std::string& out) {
     at += ascii;
     written += ascii;
     while (at < length && utf16[at] >= 0x80) {
-      UChar32 c = 0;
-      U16_NEXT_OR_FFFD(utf16.data(), at, length, c);
-      written += Encode(static_cast<std::uint32_t>(c), out.data() + written);
+      written += Encode(NextCodePoint(utf16, at), out.data() + written);
     }
   }
   out.resize(written);

@@ -1,0 +1,81 @@
+// TName: which handlers produce the values of names.
+#include "AttributeKeys.h"
+#include "HandlerPointers.h"
+#include "Log.h"
+#include "NQ_EException.h"
+#include "NameStore.h"
+#include "TName.h"
+
+using templatenames::Keys;
+using templatenames::Log;
+using templatenames::TEntry;
+
+void TName::SetLookupHandler(const NQ_TString& key, TLookupFunction function, bool clear) {
+  if (Logs(2)) Log("TName::SetLookupHandler: Key = \"", key, '"');
+  const std::lock_guard guard(lock_);
+  TEntry& entry = FindEntry(key);
+  entry.Add(Keys().lookupHandler, templatenames::AsAny(function));
+  entry.Remove(Keys().lookupHandler2);
+  if (clear) entry.Remove(Keys().value);
+}
+
+void TName::SetLookupHandler(const NQ_TString& key, const TNameLookupHandler* handler, bool clear) {
+  if (Logs(2)) Log("TName::SetLookupHandler: Key = \"", key, '"');
+  const std::lock_guard guard(lock_);
+  TEntry& entry = FindEntry(key);
+  entry.Add(Keys().lookupHandler2, templatenames::AsAny(handler));
+  entry.Remove(Keys().lookupHandler);
+  if (clear) entry.Remove(Keys().value);
+}
+
+void TName::SetLookupHandler(const NQ_TString& key, TName_Lookup lookup) {
+  if (Logs(2)) Log("TName::SetLookupHandler: Key = \"", key, '"');
+  const std::lock_guard guard(lock_);
+  FindEntry(key);
+  if (lookup < TName_LookupValue || lookup > TName_LookupTime) return;
+  SetLookupHandler(key, BuiltInLookup(lookup), lookup == TName_LookupServerQuery);
+}
+
+void TName::SetTypeHandler(const NQ_TString& key, TTypeFunction function) {
+  if (Logs(2)) Log("TName::SetTypeHandler: Key = \"", key, '"');
+  const std::lock_guard guard(lock_);
+  FindEntry(key).Add(Keys().typeHandler, templatenames::AsAny(function));
+}
+
+void TName::SetUserLookupHandler(TLookupFunction function) {
+  if (Logs(2)) Log("TName::SetUserLookupHandler: method called");
+  const std::lock_guard guard(lock_);
+  userLookup_ = function;
+}
+
+void TName::SetWarnLookupHandler(TWarnFunction function) {
+  if (Logs(2)) Log("TName::SetWarnLookupHandler: method called");
+  const std::lock_guard guard(lock_);
+  warnFunction_ = function;
+  warnObject_ = nullptr;
+}
+
+void TName::SetWarnLookupHandler(TNameWarnLookupHandler* handler) {
+  if (Logs(2)) Log("TName::SetWarnLookupHandler: method called");
+  const std::lock_guard guard(lock_);
+  warnObject_ = handler;
+  warnFunction_ = nullptr;
+}
+
+void TName::SetElemHandler(TStageFunction function) {
+  if (Logs(2)) Log("TName::SetElemHandler: method called");
+  const std::lock_guard guard(lock_);
+  elemHandler_ = function;
+}
+
+void TName::SetExtractHandler(TStageFunction function) {
+  if (Logs(2)) Log("TName::SetExtractHandler: method called");
+  const std::lock_guard guard(lock_);
+  extractHandler_ = function;
+}
+
+void TName::SetRegExHandler(TStageFunction function) {
+  if (Logs(2)) Log("TName::SetRegExHandler: method called");
+  const std::lock_guard guard(lock_);
+  regexHandler_ = function;
+}

@@ -1,0 +1,20 @@
+// The log: one line per event on standard output.
+#pragma once
+
+#include <sstream>
+#include <string>
+
+namespace templatenames {
+
+/// Writes the line, a line end and a flush, at once. Any thread.
+void WriteLine(const std::string& line);
+
+/// Joins the parts as they print and writes them as one line.
+template <class... Parts>
+void Log(const Parts&... parts) {
+  std::ostringstream line;
+  (line << ... << parts);
+  WriteLine(line.str());
+}
+
+}  // namespace templatenames

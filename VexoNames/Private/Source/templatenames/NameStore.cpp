@@ -1,0 +1,44 @@
+#include "NameStore.h"
+
+namespace templatenames {
+namespace {
+
+// The registry holds nothing but entries, and gives none away as a variant.
+TEntry* EntryIn(const NQ_TAny& held) {
+  return const_cast<TEntry*>(static_cast<const TEntry*>(held.As<NQ_TDict>()));
+}
+
+}  // namespace
+
+TEntry* TNameStore::Find(std::u16string_view key, std::uint64_t hash) {
+  const NQ_TAny* const held = names_.ValueOfText(key, hash);
+  return held == nullptr ? nullptr : EntryIn(*held);
+}
+
+TEntry& TNameStore::Add(const NQ_TString& key) {
+  names_.Add(key, NQ_TAny(TEntry()));
+  return *Find(key);
+}
+
+void TNameStore::Remove(const NQ_TString& key) {
+  NQ_TAny* const held = names_.ValueOfKey(key);
+  if (held == nullptr) return;
+  KeepIfPinned(*held);
+  names_.Remove(key);
+}
+
+void TNameStore::RemoveAll() {
+  for (NQ_TIterator i(names_); !i.IsDone(); i.Next()) KeepIfPinned(i.Value());
+  names_.Clear();
+}
+
+void TNameStore::KeepIfPinned(NQ_TAny& held) {
+  if (EntryIn(held)->pins_ > 0) removed_.push_back(std::move(held));
+}
+
+void TNameStore::Unpin(TEntry& entry) noexcept {
+  if (--entry.pins_ == 0 && !removed_.empty())
+    std::erase_if(removed_, [](const NQ_TAny& held) { return EntryIn(held)->pins_ == 0; });
+}
+
+}  // namespace templatenames

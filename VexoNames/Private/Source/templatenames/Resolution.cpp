@@ -1,0 +1,201 @@
+// TName: templates to text. A resolution holds the registry lock for the whole template; nested ones share its budget.
+#include "KeptTemplates.h"
+#include "Log.h"
+#include "NameStore.h"
+#include "TName.h"
+#include "Token.h"
+#include "text/Scan.h"
+
+using templatenames::kLiteralMarker;
+using templatenames::Log;
+using templatenames::TKeptTemplate;
+using templatenames::TMarkers;
+using templatenames::TScannedToken;
+using templatenames::TScanner;
+using templatenames::TToken;
+
+/// One public call: takes the lock, and gives the outermost call a fresh budget.
+class TName::TRun {
+ public:
+  explicit TRun(TName& names) : names_(names), guard_(names.lock_) {
+    if (names_.budget_.depth++ == 0) {
+      names_.budget_.tokens = names_.limits_.tokens;
+      names_.budget_.characters = names_.limits_.characters;
+    }
+  }
+  TRun(const TRun&) = delete;
+  TRun& operator=(const TRun&) = delete;
+  ~TRun() { --names_.budget_.depth; }
+
+ private:
+  TName& names_;
+  std::lock_guard<NQ_TMutex> guard_;
+};
+
+/// Silences the log while it lives.
+class TName::TQuiet {
+ public:
+  explicit TQuiet(TName& names) : names_(names), level_(names.SetDebugLevel(0)) {}
+  TQuiet(const TQuiet&) = delete;
+  TQuiet& operator=(const TQuiet&) = delete;
+  ~TQuiet() { names_.SetDebugLevel(level_); }
+
+ private:
+  TName& names_;
+  int level_;
+};
+
+// ---- the public forms
+
+bool TName::Resolve(const NQ_TString& text, NQ_TString& result) {
+  int count = 0;
+  Resolve(text, result, count);
+  return count == 0;
+}
+
+bool TName::Resolve(const NQ_TString& text, const NQ_TString& beginMarker, const NQ_TString& endMarker,
+                    NQ_TString& result) {
+  // Copies, because result may be any of them.
+  const NQ_TString source = text;
+  const NQ_TString begin = beginMarker;
+  const NQ_TString end = endMarker;
+  int count = 0;
+  const TRun run(*this);
+  AppendScanned(source, {begin.StringView(), end.StringView()}, result, count);
+  return count == 0;
+}
+
+bool TName::Resolve(const NQ_TString& text, NQ_TURL& url) {
+  if (Logs(1)) Log("TName::Resolve (string,url): In = \"", text, '"');
+  int count = 0;
+  NQ_TString resolved;
+  {
+    const TQuiet quiet(*this);
+    Resolve(text, resolved, count);
+  }
+  bool ok = count == 0;
+  const int slashes = resolved.Find("//");
+  const int hostBegin = slashes + 2;
+  const int hostEnd = slashes == 0 || slashes == 5 ? resolved.Find('/', hostBegin) : -1;
+  if (hostEnd >= hostBegin) {
+    url.SetScheme("file");
+    url.SetHost(resolved.Substring(hostBegin, hostEnd - hostBegin));
+    url.SetPath(resolved.Substring(hostEnd + 1));
+    if (Logs(2)) Log("TName::Resolve (string,url): Host = \"", url.Host(), '"');
+    if (Logs(2)) Log("TName::Resolve (string,url): Path = \"", url.Path(), '"');
+  } else {
+    ok = false;
+  }
+  if (Logs(1)) Log("TName::Resolve (string,url): return code = ", ok ? 1 : 0);
+  return ok;
+}
+
+bool TName::Resolve(const NQ_TURL& in, NQ_TURL& out) {
+  const TRun run(*this);
+  out = in;
+  int hostCount = 0;
+  int pathCount = 0;
+  NQ_TString resolved;
+  Resolve(out.Host(), resolved, hostCount);
+  out.SetHost(resolved);
+  Resolve(out.Path(), resolved, pathCount);
+  out.SetPath(resolved);
+  return hostCount == 0 && pathCount == 0;
+}
+
+bool TName::Resolve(const NQ_TAny& in, NQ_TURL& out) {
+  if (const auto* url = in.As<NQ_TURL>()) return Resolve(*url, out);
+  if (const auto* text = in.As<NQ_TString>()) return Resolve(*text, out);
+  return false;
+}
+
+bool TName::ResolveTokenEx(const NQ_TString& tokenText, NQ_TString& result) {
+  const NQ_TString source = tokenText;  // result may be the same string
+  int count = 0;
+  const TRun run(*this);
+  TToken token(source.StringView());
+  return ResolveTokenEx(token, result, count);
+}
+
+// ---- whole templates
+
+void TName::Resolve(const NQ_TString& text, NQ_TString& result, int& count) {
+  if (&text == &result) {
+    const NQ_TString source = text;
+    return Resolve(source, result, count);
+  }
+  if (Logs(1)) Log("TName::Resolve: \"", text, '"');
+  result.Clear();
+  const TRun run(*this);
+  AppendResolved(text, result, count);
+}
+
+// Appends the text with its tokens resolved. The literal marker counts at the beginning of the text.
+void TName::AppendResolved(const NQ_TString& text, NQ_TString& out, int& count) {
+  const std::u16string_view units = text.StringView();
+  if (units.starts_with(kLiteralMarker)) {
+    AppendText(units.substr(kLiteralMarker.size()), out);
+    return;
+  }
+  if (const auto kept = names_->Templates().Find(text); kept != nullptr && !Logs(1)) {
+    AppendKept(*kept, out, count);
+  } else {
+    const NQ_TString source = text;  // a handler may change the caller's
+    AppendScanned(source, templatenames::ChooseMarkers(units), out, count);
+  }
+}
+
+void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TString& out, int& count) {
+  const std::u16string_view units = text.StringView();
+  TScanner scanner(units, markers);
+  for (TScannedToken place; scanner.Next(place);) {
+    TToken token(units.substr(place.textBegin, place.textEnd - place.textBegin));
+    AppendText(units.substr(place.literal, place.begin - place.literal), out);
+    if (!AppendToken(token, out, count)) AppendText(units.substr(place.begin, place.end - place.begin), out);
+  }
+  AppendText(units.substr(scanner.Done()), out);
+  if (!Logs(1)) return;
+  if (scanner.SyntaxError()) Log("TE: Template name syntax error: no begin token found in ", text);
+  Log("TName::Resolve: \"", text, "\" = \"", out, '"');
+}
+
+void TName::AppendKept(TKeptTemplate& kept, NQ_TString& out, int& count) {
+  const std::u16string_view units = kept.source.StringView();
+  for (auto& [place, token] : kept.pieces) {
+    AppendText(units.substr(place.literal, place.begin - place.literal), out);
+    if (!AppendToken(token, out, count)) AppendText(units.substr(place.begin, place.end - place.begin), out);
+  }
+  AppendText(units.substr(kept.done), out);
+}
+
+void TName::AppendText(std::u16string_view text, NQ_TString& out) {
+  if (text.empty()) return;
+  budget_.characters -= static_cast<std::int64_t>(text.size());
+  char16_t* const end = out.AppendUninitialized(static_cast<unsigned int>(text.size()));
+  std::memcpy(end, text.data(), text.size() * sizeof(char16_t));
+}
+
+// ---- single tokens
+
+// Appends the value of a token; on failure counts it and leaves the text as it was.
+bool TName::AppendToken(TToken& token, NQ_TString& out, int& count) {
+  if (token.text.empty()) return true;
+  if (AppendStoredValue(token, out, count)) return true;
+  NQ_TString value;
+  if (!ResolveTokenEx(token, value, count)) return false;
+  AppendText(value.StringView(), out);
+  return true;
+}
+
+bool TName::ResolveTokenEx(TToken& token, NQ_TString& result, int& count) {
+  result = NQ_TString();
+  if (token.text.empty()) return true;
+  if (Logs(2)) {
+    Log("TName::ResolveTokenEx: \tKey: \"", NQ_TString(token.parts.key), "\"; Format: \"",
+        NQ_TString(token.parts.format), "\"; Elem: \"", NQ_TString(token.parts.elem), "\"; Extract: \"",
+        NQ_TString(token.parts.extract), "\" RegEx: \"", NQ_TString(token.parts.regex), '"');
+  }
+  if (ProduceValue(token, result, count)) return true;
+  ++count;
+  return false;
+}

@@ -1,0 +1,184 @@
+// TName: how the value of one token is produced. The steps: warn hook, registry, lookup (the user's hook first), nested
+// resolution of a string value, type handler, the stages elem, extract and regex.
+//
+// Most tokens are names with a stored value and the library's own handlers; AppendStoredValue writes those without
+// making a value of its own, and leaves everything else, failures included, to ProduceValue.
+#include "HandlerPointers.h"
+#include "Log.h"
+#include "NQ_TBoxed.h"
+#include "NameStore.h"
+#include "TName.h"
+#include "Token.h"
+#include "text/PrintfFormat.h"
+
+using templatenames::LookupFunctionIn;
+using templatenames::LookupObjectIn;
+using templatenames::Log;
+using templatenames::TEntry;
+using templatenames::TEntrySlots;
+using templatenames::TPrintfFormat;
+using templatenames::TToken;
+using templatenames::TypeFunctionIn;
+
+namespace {
+
+/// Keeps the entry in hand alive while handlers run.
+class TPin {
+ public:
+  TPin(templatenames::TNameStore& names, TEntry& entry) : names_(names), entry_(entry) { names_.Pin(entry_); }
+  TPin(const TPin&) = delete;
+  TPin& operator=(const TPin&) = delete;
+  ~TPin() { names_.Unpin(entry_); }
+
+ private:
+  templatenames::TNameStore& names_;
+  TEntry& entry_;
+};
+
+/// One level of nesting, while it lives.
+class TDeeper {
+ public:
+  explicit TDeeper(int& depth) : depth_(depth) { ++depth_; }
+  TDeeper(const TDeeper&) = delete;
+  TDeeper& operator=(const TDeeper&) = delete;
+  ~TDeeper() { --depth_; }
+
+ private:
+  int& depth_;
+};
+
+/// The token's format, else the name's; empty when there is neither.
+std::u16string_view FormatOf(const TToken& token, TEntry& entry) {
+  if (!token.parts.format.empty()) return token.parts.format;
+  const NQ_TAny* const format = entry.Slots().format;
+  const auto* const text = format == nullptr ? nullptr : format->As<NQ_TString>();
+  return text == nullptr ? std::u16string_view() : text->StringView();
+}
+
+}  // namespace
+
+void TName::LogToken(const NQ_TString& key, std::string_view what) const {
+  if (Logs(2)) Log("TName::ResolveTokenEx: \tKey: \"", key, '"', what);
+}
+
+TEntry* TName::FindEntry(TToken& token) const {
+  if (token.entryVersion != names_->Version()) {
+    token.entry = names_->Find(token.parts.key, token.keyHash);
+    token.entryVersion = names_->Version();
+  }
+  return token.entry;
+}
+
+// The limit that the resolution in hand has reached, or null.
+const char* TName::ExceededLimit() const {
+  if (budget_.depth > limits_.nestedDepth + 1) return " Nested deeper than the limit allows";
+  if (budget_.tokens <= 0) return " More tokens than the limit allows";
+  if (budget_.characters < 0) return " More characters than the limit allows";
+  return nullptr;
+}
+
+// Appends the value of a token whose name has a stored value and the library's own handlers. False, with nothing
+// changed, when it is anything else.
+bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
+  const bool hooked = warnObject_ != nullptr || warnFunction_ != nullptr || userLookup_ != nullptr;
+  const bool ownStages = elemHandler_ == &TNameElemHandler && extractHandler_ == &TNameExtractHandler &&
+                         regexHandler_ == &TNameRegexHandler;
+  if (hooked || !ownStages || Logs(1) || ExceededLimit() != nullptr) return false;
+  TEntry* const entry = FindEntry(token);
+  if (entry == nullptr) return false;
+  const TEntrySlots& slots = entry->Slots();
+  if (slots.value == nullptr || slots.lookupHandler2 != nullptr ||
+      LookupFunctionIn(slots.lookupHandler) != &LookupHandler) {
+    return false;
+  }
+  if (token.parts.HasStages() || slots.elem != nullptr || slots.extract != nullptr || slots.regex != nullptr)
+    return false;
+  const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
+  if (toText == &StringTypeHandler) return AppendStoredText(token, *entry, out, count);
+  return toText == &IntegerTypeHandler && AppendStoredNumber(token, *entry, out);
+}
+
+bool TName::AppendStoredText(const TToken& token, TEntry& entry, NQ_TString& out, int& count) {
+  const auto* const text = std::as_const(*entry.Slots().value).As<NQ_TString>();
+  if (text == nullptr || FormatOf(token, entry) != u"%s") return false;
+  --budget_.tokens;
+  if (entry.IsPlain(*text)) {
+    AppendText(text->StringView(), out);
+  } else {
+    const NQ_TString source = *text;  // a handler may change the value
+    const TDeeper deeper(budget_.depth);
+    AppendResolved(source, out, count);
+  }
+  return true;
+}
+
+bool TName::AppendStoredNumber(const TToken& token, TEntry& entry, NQ_TString& out) {
+  const TEntrySlots& slots = entry.Slots();
+  const auto* const number = std::as_const(*slots.value).As<NQ_TInt32>();
+  const auto* const type = slots.type == nullptr ? nullptr : std::as_const(*slots.type).As<NQ_TInt32>();
+  if (number == nullptr || type == nullptr || type->Value() != TName_TypeNumber) return false;
+  const auto printf = TPrintfFormat::Parse(FormatOf(token, entry), TPrintfFormat::TKind::Integer);
+  if (!printf) return false;
+  --budget_.tokens;
+  const unsigned int begin = out.Length();
+  printf->AppendInteger(number->Value(), out);
+  budget_.characters -= out.Length() - begin;
+  return true;
+}
+
+bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
+  const NQ_TString key(token.parts.key);
+  if (const char* limit = ExceededLimit()) return LogToken(key, limit), false;
+  --budget_.tokens;
+  if (warnObject_ != nullptr) {
+    warnObject_->WarnLookup(key, this);
+  } else if (warnFunction_ != nullptr) {
+    warnFunction_(key, this);
+  }
+  TEntry* const entry = FindEntry(token);
+  if (entry == nullptr) return LogToken(key, " not present"), false;
+  const TPin pin(*names_, *entry);
+  NQ_TAny value;
+  if (!LookUp(key, *entry, value)) return false;
+  ResolveNested(*entry, value, count);
+  const TTypeFunction toText = TypeFunctionIn(entry->Slots().typeHandler);
+  if (toText == nullptr) return LogToken(key, " No type handler defined"), false;
+  if (!toText(key, value, NQ_TString(token.parts.format), entry, this, result)) return false;
+  budget_.characters -= result.Length();
+  return RunStages(key, token, *entry, result);
+}
+
+// The name's own lookup must exist even where the user's hook answers.
+bool TName::LookUp(const NQ_TString& key, TEntry& entry, NQ_TAny& value) {
+  const bool hasObject = entry.Slots().lookupHandler2 != nullptr;
+  const TNameLookupHandler* const object = LookupObjectIn(entry.Slots().lookupHandler2);
+  const TLookupFunction function = LookupFunctionIn(entry.Slots().lookupHandler);
+  if (hasObject ? object == nullptr : function == nullptr) return LogToken(key, " No lookup handler defined"), false;
+  if (userLookup_ != nullptr && userLookup_(key, &entry, this, value)) return true;
+  value = NQ_TAny();
+  const bool found = hasObject ? object->Lookup(key, &entry, this, value) : function(key, &entry, this, value);
+  if (!found) LogToken(key, " Lookup function failed");
+  return found;
+}
+
+void TName::ResolveNested(TEntry& entry, NQ_TAny& value, int& count) {
+  const auto* const text = std::as_const(value).As<NQ_TString>();
+  if (text == nullptr || (entry.IsPlain(*text) && !Logs(1))) return;
+  const NQ_TString source = *text;
+  NQ_TString resolved;
+  Resolve(source, resolved, count);
+  value = std::move(resolved);
+}
+
+bool TName::RunStages(const NQ_TString& key, const TToken& token, TEntry& entry, NQ_TString& result) {
+  const auto run = [&](TStageFunction stage, std::u16string_view attribute) {
+    const NQ_TString input = result;
+    return stage(key, input, NQ_TString(attribute), &entry, this, result);
+  };
+  if (elemHandler_ == nullptr) return true;
+  if (!run(elemHandler_, token.parts.elem)) return false;
+  if (extractHandler_ == nullptr) return true;
+  if (!run(extractHandler_, token.parts.extract)) return false;
+  if (regexHandler_ == nullptr) return true;
+  return run(regexHandler_, token.parts.regex);
+}

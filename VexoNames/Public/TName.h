@@ -1,0 +1,304 @@
+// Names and templates.
+//
+// A TName keeps, for one job or task, a registry of names and resolves templates with them:
+//
+//   TName names;
+//   names.Define("customer", TName::TName_TypeString, TName::TName_LookupValue);
+//   names.SetValue("customer", NQ_TString("Acme"));
+//   NQ_TString path;
+//   bool all = names.Resolve("out/<<customer/>>.pdf", path);   // out/Acme.pdf, true
+//
+// A token that cannot be resolved stays in the text and is counted; Resolve then returns false. Templates, values and
+// definitions are untrusted: a bad one fails its token, never the program (TNameLimits.h).
+//
+// Threads: every operation may be called from any thread. Each locks the registry for its whole run, a resolution for
+// the whole template; handlers run with the lock held, on the resolving thread, and may call back into the same TName.
+// Only the debug level is read and set without the lock, and a translator is called without it.
+//
+// Failures: an operation on one name throws NQ_ENoSuchKey with the name when it is not defined; nothing is changed.
+// Define, UnDefine and IsDefined throw nothing. Nothing is stored when an operation throws.
+//
+// Log: one line per event on standard output, when the debug level reaches the line's level: 1 for whole templates, 2
+// for single names and tokens.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "NQ_TAny.h"
+#include "NQ_TDict.h"
+#include "NQ_TList.h"
+#include "NQ_TMutex.h"
+#include "NQ_TString.h"
+#include "NQ_TTime.h"
+#include "NQ_TURL.h"
+#include "TNameLimits.h"
+#include "TNameLookupHandler.h"
+#include "TNameTranslator.h"
+#include "TNameWarnLookupHandler.h"
+
+namespace templatenames {
+class TEntry;
+class TNameStore;
+struct TKeptTemplate;
+struct TMarkers;
+struct TToken;
+}  // namespace templatenames
+
+class NQ_EXPORT TName {
+ public:
+  /// What kind of value a name has.
+  enum TName_Type : std::int32_t {
+    TName_TypeString = 0,      // NQ_TString
+    TName_TypeURL = 1,         // NQ_TURL
+    TName_TypeNumber = 2,      // 32-bit integer
+    TName_TypeTime = 3,        // NQ_TTime
+    TName_TypeAutoNumber = 4,  // 32-bit integer, counted up by one at each resolution
+  };
+
+  /// Where the value of a name comes from.
+  enum TName_Lookup : std::int32_t {
+    TName_LookupValue = 0,               // what SetValue stored
+    TName_LookupServerQuery = 1,         // a service; the reply is kept
+    TName_LookupServerQueryNoCache = 2,  // a service, asked each time
+    TName_LookupSQLQuery = 3,            // not carried out: the token fails
+    TName_LookupTime = 4,                // the stored time, or the current one
+  };
+
+  /// The last failure that a handler or the loading of definitions left.
+  enum TName_Error : std::int32_t {
+    TName_ErrorNone = 0,
+    TName_ErrorAlreadyDefined = 1,
+    TName_ErrorNoType = 2,
+    TName_ErrorUnknownType = 3,
+    TName_ErrorElemSyntax = 4,     // elem: no separator
+    TName_ErrorElemIndex = 5,      // elem: negative index
+    TName_ErrorExtractIndex = 6,   // extract: negative start
+    TName_ErrorExtractSyntax = 7,  // extract: no separator
+    TName_ErrorSQLQuery = 8,
+    TName_ErrorServerQuery = 9,
+    TName_ErrorServerQueryException = 11,
+  };
+
+  /// Computes the value of a name; see TNameLookupHandler::Lookup.
+  using TLookupFunction = bool (*)(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  /// Turns the value of a name into text. The format is the token's, empty when it gives none.
+  using TTypeFunction = bool (*)(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
+                                 NQ_TDict* entry, TName* names, NQ_TString& result);
+  /// Cuts the text of a name. The attribute is the token's, empty when it gives none; result holds the input on entry.
+  using TStageFunction = bool (*)(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                                  NQ_TDict* entry, TName* names, NQ_TString& result);
+  /// Is told of a token before it is looked up; see TNameWarnLookupHandler.
+  using TWarnFunction = void (*)(const NQ_TString& key, TName* names);
+
+  // ---- TName.cpp: the object
+
+  TName();
+  ~TName();
+  TName(const TName&) = delete;
+  TName& operator=(const TName&) = delete;
+
+  void SetError(TName_Error error);
+  TName_Error GetError() const;
+  /// Returns the level before.
+  int SetDebugLevel(int level);
+  int GetDebugLevel() const;
+  void SetLimits(const TNameLimits& limits);
+  TNameLimits GetLimits() const;
+  NQ_TString GetDefaultLocalizationFile() const;
+
+  // ---- Registry.cpp: names, values and attributes
+
+  /// Creates the name, or creates it anew, with the defaults of its type; false when something inside threw, with the
+  /// definition as far as it got. A type outside the enumeration leaves the name undefined and returns true.
+  bool Define(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
+  void UnDefine(const NQ_TString& key);
+  void UnDefine();
+  bool IsDefined(const NQ_TString& key) const;
+  TName_Type GetType(const NQ_TString& key) const;
+  /// The names, each as an NQ_TString, in the order of their definition.
+  NQ_TList GetTNames() const;
+
+  /// Each form takes the values of its type only: another one throws NQ_EIncompatibleType with the name.
+  void SetValue(const NQ_TString& key, const NQ_TString& value);
+  void SetValue(const NQ_TString& key, const int& value);
+  void SetValue(const NQ_TString& key, const NQ_TTime& value);
+  void SetValue(const NQ_TString& key, const NQ_TURL& value);
+  void SetValue(const NQ_TString& key, const char* utf8) { SetValue(key, NQ_TString(utf8)); }
+  /// A copy of the value; illegal when there is none.
+  NQ_TAny GetValue(const NQ_TString& key) const;
+  bool HasValue(const NQ_TString& key) const;
+  void RemValue(const NQ_TString& key);
+  /// Counts the value up or down by one and returns it. NQ_ENotAnInt32 when it is no 32-bit integer or would leave the
+  /// range of one; NQ_EIncompatibleType when the name is of no number type.
+  int Increment(const NQ_TString& key);
+  int Decrement(const NQ_TString& key);
+
+  /// Any value of the caller's that travels with the name.
+  void SetRawData(const NQ_TString& key, const NQ_TAny& value);
+  /// A copy; illegal when there is none.
+  NQ_TAny GetRawData(const NQ_TString& key) const;
+  void SetUserDefined(const NQ_TString& key, bool userDefined);
+  bool IsUserDefined(const NQ_TString& key) const;
+
+  /// String attributes. A getter's reference is valid until that attribute is set again or the name goes; the empty
+  /// string stands for an attribute that is not set.
+  void SetCategory(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetCategory(const NQ_TString& key) const;
+  void SetDescription(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetDescription(const NQ_TString& key) const;
+  void SetUserDescription(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetUserDescription(const NQ_TString& key) const;
+  void SetUserInfo(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetUserInfo(const NQ_TString& key) const;
+  void SetVisibility(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetVisibility(const NQ_TString& key) const;
+  void SetLocalization(const NQ_TString& key, const NQ_TString& value);
+  const NQ_TString& GetLocalization(const NQ_TString& key) const;
+  const NQ_TString& GetLocalizationFile(const NQ_TString& key) const;
+  /// A printf format, used when the token gives none; what it may hold stands with the type handlers.
+  void SetFormat(const NQ_TString& key, const NQ_TString& value);
+  /// Stage specifications, used when the token gives none.
+  void SetElemValue(const NQ_TString& key, const NQ_TString& value);
+  void SetExtractValue(const NQ_TString& key, const NQ_TString& value);
+  void SetRegExValue(const NQ_TString& key, const NQ_TString& value);
+
+  /// Records a query to a service: host (a template), server ("#" and a port, or a service name), method, parameters.
+  void SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method, NQ_TDict params);
+
+  // ---- Handlers.cpp: which handlers produce values
+
+  /// The clear flag removes the name's value too. An object is not owned.
+  void SetLookupHandler(const NQ_TString& key, TLookupFunction function, bool clear);
+  void SetLookupHandler(const NQ_TString& key, const TNameLookupHandler* handler, bool clear);
+  void SetLookupHandler(const NQ_TString& key, TName_Lookup lookup);
+  void SetTypeHandler(const NQ_TString& key, TTypeFunction function);
+  /// Asked before every name's own lookup; what it answers with true is taken. Null removes it.
+  void SetUserLookupHandler(TLookupFunction function);
+  /// One warn handler at a time; an object is not owned.
+  void SetWarnLookupHandler(TWarnFunction function);
+  void SetWarnLookupHandler(TNameWarnLookupHandler* handler);
+  /// A stage that is null ends the chain: the stages after it are not run.
+  void SetElemHandler(TStageFunction function);
+  void SetExtractHandler(TStageFunction function);
+  void SetRegExHandler(TStageFunction function);
+
+  // ---- Translation.cpp: templates in another form
+
+  /// Whether the text begins with "<<CDATA/>>", which makes the rest literal.
+  static bool IsMarked(const NQ_TString& text);
+  static NQ_TString AddMarker(const NQ_TString& text);
+  static NQ_TString RemoveMarker(const NQ_TString& text);
+  /// Makes a name out of any text: "%", " ", "<", ">" and "/" become percent escapes.
+  static NQ_TString Encode(const NQ_TString& text);
+
+  /// Replaces every token of a defined name by the translator's prefix, its name for it, and its suffix. The token's
+  /// attributes are lost; tokens of other names stay. Throws only what the translator throws.
+  void Translate(const NQ_TString& text, const TNameTranslator& translator, NQ_TString& result) const;
+  /// Replaces every text between the translator's prefix and suffix by a token. With an empty suffix nothing is
+  /// replaced.
+  void BackTranslate(const NQ_TString& text, const TNameTranslator& translator, NQ_TString& result) const;
+
+  // ---- Resolution.cpp: templates to text
+
+  /// Resolves a template. True when no token failed; the others stay in the text as written. Throws only what a
+  /// handler of the caller's throws.
+  bool Resolve(const NQ_TString& text, NQ_TString& result);
+  /// The same with markers of the caller's, appended to what result holds.
+  bool Resolve(const NQ_TString& text, const NQ_TString& beginMarker, const NQ_TString& endMarker,
+               NQ_TString& result);
+  /// Resolves a template to a file URL. False, with the URL unchanged, when the text is neither "//host/path" nor
+  /// "file://host/path".
+  bool Resolve(const NQ_TString& text, NQ_TURL& url);
+  /// Resolves the host and the path of a URL.
+  bool Resolve(const NQ_TURL& in, NQ_TURL& out);
+  /// The URL form or the string form, by what the value holds; false, with the URL unchanged, for anything else.
+  bool Resolve(const NQ_TAny& in, NQ_TURL& out);
+  /// Resolves one token, given without its markers.
+  bool ResolveTokenEx(const NQ_TString& tokenText, NQ_TString& result);
+
+ private:
+  class TRun;
+  class TQuiet;
+
+  /// What one outermost public call may still do; handlers that call back share it.
+  struct TBudget {
+    int depth = 0;  // of resolutions within each other: nested values, and calls of handlers
+    std::int64_t tokens = 0;
+    std::int64_t characters = 0;
+  };
+
+  // Registry.cpp
+  templatenames::TEntry& FindEntry(const NQ_TString& key) const;
+  const NQ_TString& GetStringAttribute(const NQ_TString& key, const NQ_TString& attribute) const;
+  void SetStringAttribute(std::string_view operation, std::string_view label, const NQ_TString& key,
+                          const NQ_TString& attribute, const NQ_TString& value);
+  void SetLocalizationFile(const NQ_TString& key, const NQ_TString& value);
+  void StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types);
+  void DefineLookup(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
+  int Count(const NQ_TString& key, int step);
+
+  // Translation.cpp
+  bool TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const;
+
+  // Resolution.cpp
+  void Resolve(const NQ_TString& text, NQ_TString& result, int& count);
+  bool ResolveTokenEx(templatenames::TToken& token, NQ_TString& result, int& count);
+  void AppendResolved(const NQ_TString& text, NQ_TString& out, int& count);
+  void AppendScanned(const NQ_TString& text, const templatenames::TMarkers& markers, NQ_TString& out, int& count);
+  void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
+  bool AppendToken(templatenames::TToken& token, NQ_TString& out, int& count);
+  void AppendText(std::u16string_view text, NQ_TString& out);
+  bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }
+
+  // ValueProduction.cpp
+  templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
+  const char* ExceededLimit() const;
+  bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
+  bool AppendStoredText(const templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out,
+                        int& count);
+  bool AppendStoredNumber(const templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out);
+  bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
+  bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
+  void ResolveNested(templatenames::TEntry& entry, NQ_TAny& value, int& count);
+  bool RunStages(const NQ_TString& key, const templatenames::TToken& token, templatenames::TEntry& entry,
+                 NQ_TString& result);
+  void LogToken(const NQ_TString& key, std::string_view what) const;
+  void LogFormat(const NQ_TString& key, const NQ_TString& format, const char* reason) const;
+
+  // BuiltInHandlers.cpp
+  static TLookupFunction BuiltInLookup(TName_Lookup lookup);
+  static bool LookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  static bool TimeLookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  static bool SQLQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  static bool StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
+                                NQ_TDict* entry, TName* names, NQ_TString& result);
+  static bool IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
+                                 NQ_TDict* entry, TName* names, NQ_TString& result);
+  static bool TimeTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                              TName* names, NQ_TString& result);
+
+  // Stages.cpp
+  static bool TNameElemHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                               NQ_TDict* entry, TName* names, NQ_TString& result);
+  static bool TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                                  NQ_TDict* entry, TName* names, NQ_TString& result);
+  static bool TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                                NQ_TDict* entry, TName* names, NQ_TString& result);
+
+  mutable NQ_TMutex lock_;
+  std::atomic<int> debugLevel_{0};
+  std::unique_ptr<templatenames::TNameStore> names_;
+  TName_Error error_ = TName_ErrorNone;
+  TLookupFunction userLookup_ = nullptr;
+  TWarnFunction warnFunction_ = nullptr;
+  TNameWarnLookupHandler* warnObject_ = nullptr;
+  TStageFunction elemHandler_;
+  TStageFunction extractHandler_;
+  TStageFunction regexHandler_;
+  NQ_TString defaultLocalizationFile_;
+  TNameLimits limits_;
+  TBudget budget_;
+};

@@ -1,0 +1,20 @@
+// What a template, a value or a definition may cost.
+#pragma once
+
+#include <cstdint>
+
+/// Bounds on the work that untrusted text can cause. A token that would exceed one fails like any other failed token:
+/// it stays in the text and is counted; the rest of the template resolves. A log line at level 2 names the limit.
+/// Set per `TName` with `TName::SetLimits`.
+struct TNameLimits {
+  /// Templates inside values inside values: how deep. A name that names itself ends here. 64 is far above what
+  /// definitions use and keeps the stack below 100 KiB.
+  int nestedDepth = 64;
+  /// Tokens looked at per public call, those inside values included.
+  std::int64_t tokens = 10'000'000;
+  /// Characters (UTF-16 units) written per public call, those of values that were cut or nested included.
+  std::int64_t characters = std::int64_t{512} * 1024 * 1024;
+  /// Steps that the regular-expression matcher may take on one value, and how deep it may recurse.
+  unsigned long regexMatch = 1'000'000;
+  unsigned long regexRecursion = 10'000;
+};
