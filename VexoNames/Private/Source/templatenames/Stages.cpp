@@ -1,0 +1,107 @@
+// TName: the library's own stages, which cut the text of a value down: one element of a list, a piece by position, the
+// first group of a regular expression.
+#include "text/Stages.h"
+
+#include "AttributeKeys.h"
+#include "Entry.h"
+#include "Log.h"
+#include "TName.h"
+#include "text/Regex.h"
+
+using templatenames::Keys;
+using templatenames::Log;
+using templatenames::TRegexLimits;
+using templatenames::TRegexOutcome;
+using templatenames::TStageError;
+
+namespace {
+
+/// What a stage is to do: the token's attribute, else the name's own; null when there is neither.
+const NQ_TString* SpecificationOf(const NQ_TString& attribute, const NQ_TDict& entry, const NQ_TString& definitionKey) {
+  return attribute.Empty() ? entry.Get<NQ_TString>(definitionKey) : &attribute;
+}
+
+TName::TName_Error ErrorCode(TStageError error) {
+  switch (error) {
+    case TStageError::None:
+      break;
+    case TStageError::ElemSyntax:
+      return TName::TName_ErrorElemSyntax;
+    case TStageError::ElemIndex:
+      return TName::TName_ErrorElemIndex;
+    case TStageError::ExtractIndex:
+      return TName::TName_ErrorExtractIndex;
+    case TStageError::ExtractSyntax:
+      return TName::TName_ErrorExtractSyntax;
+  }
+  return TName::TName_ErrorNone;
+}
+
+}  // namespace
+
+bool TName::TNameElemHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                             NQ_TDict* entry, TName* names, NQ_TString& result) {
+  const bool logs = names->Logs(2);
+  if (logs) Log("TName::TNameElemHandler: Key = \"", key, '"');
+  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().elem);
+  if (specification == nullptr) return result = input, true;
+  if (logs) Log("TName::TNameElemHandler: elem string = \"", *specification, '"');
+  std::u16string_view separator;
+  int index = 0;
+  const TStageError error = templatenames::ParseElem(specification->StringView(), separator, index);
+  if (error != TStageError::None) return names->SetError(ErrorCode(error)), false;
+  result = NQ_TString(templatenames::Element(input.StringView(), separator, index));
+  if (logs) Log("TName::TNameElemHandler: Key = \"", key, "\", value = \"", result, '"');
+  return true;
+}
+
+bool TName::TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                                NQ_TDict* entry, TName* names, NQ_TString& result) {
+  const bool logs = names->Logs(2);
+  if (logs) Log("TName::TNameExtractHandler: Key = \"", key, '"');
+  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().extract);
+  if (specification == nullptr) return result = input, true;
+  if (logs) Log("TName::TNameExtractHandler: extract string = \"", *specification, '"');
+  int start = 0;
+  int length = 0;
+  const TStageError error = templatenames::ParseExtract(specification->StringView(), start, length);
+  if (error != TStageError::None) return names->SetError(ErrorCode(error)), false;
+  result = NQ_TString(templatenames::Extract(input.StringView(), start, length));
+  if (logs) Log("TName::TNameExtractHandler: Key = \"", key, "\", value = \"", result, '"');
+  return true;
+}
+
+bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
+                              NQ_TDict* entry, TName* names, NQ_TString& result) {
+  const bool logs = names->Logs(2);
+  if (logs) Log("TName::TNameRegexHandler: Key = \"", key, '"');
+  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().regex);
+  if (specification == nullptr) return result = input, true;
+  const NQ_TString pattern = *specification;
+  if (logs) Log("TName::TNameRegexHandler: RegEx string = \"", pattern, '"');
+  const TRegexLimits limits{names->limits_.regexMatch, names->limits_.regexRecursion};
+  TRegexOutcome outcome = templatenames::FirstGroup(pattern, input, limits);
+  switch (outcome.kind) {
+    case TRegexOutcome::TKind::CompileError:
+      Log("TName:Compilation of regex '", pattern, "' failed at offset ", outcome.errorOffset, ": ", outcome.errorText);
+      result = input;
+      return false;
+    case TRegexOutcome::TKind::NoMatch:
+      Log("TName:'", input, "' does not match regex '", pattern, '\'');
+      result = NQ_TString();
+      return true;
+    case TRegexOutcome::TKind::MatchError:
+      Log("TName:'", input, "' does not match regex '", pattern, "':match error ", outcome.code);
+      result = input;
+      return false;
+    case TRegexOutcome::TKind::NoGroup:
+      Log("TName:'", input, "' matches regex '", pattern, "', but the number of capturing groups is 0");
+      result = input;
+      return false;
+    case TRegexOutcome::TKind::Matched:
+      result = std::move(outcome.group);
+      if (logs) Log("TName::TNameRegexHandler: Key = \"", key, "\", value = \"", result, '"');
+      return true;
+  }
+  return false;
+}
