@@ -6,11 +6,10 @@
 #include <string>
 
 #include "NQ_Utf.h"
+#include "text/Find.h"
 
 namespace templatenames {
 namespace {
-
-constexpr auto kNone = std::u16string_view::npos;
 
 // In the order of the bits of the flags.
 constexpr std::u16string_view kFlagLetters = u"-+ #0";
@@ -53,7 +52,8 @@ bool IsAscii(std::u16string_view text) {
 
 // format     = { literal | "%%" } [ conversion { literal | "%%" } ]
 // conversion = "%" { "-" | "+" | " " | "#" | "0" } [ number ] [ "." [ number ] ] letter
-std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind, const char** reason) {
+std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind,
+                                                  const char** reason) {
   TPrintfFormat parsed;
   parsed.plain_ = format == (kind == TKind::Text ? u"%s" : u"%d");
   std::u16string_view rest = format.substr(0, format.find(u'\0'));

@@ -1,21 +1,24 @@
 // A printf format that came from outside, checked.
 //
-// A format attribute is written by people and by other systems, so it never reaches printf as it is. Parse accepts
-// literal text, "%%" and at most one conversion of the kind the value has:
+// A format attribute is written by people and by other systems, so it never reaches printf as it is. Parse
+// accepts literal text, "%%" and at most one conversion of the kind the value has:
 //
 //   text      %s
 //   integer   %d %i %u %x %X %o %c
 //
-// with the flags "-+ #0", a width and a precision of up to 4096 each. A format without a conversion prints its
-// literal text, as printf does. Refused are a second conversion, a conversion of another kind, %n, "*", length
-// modifiers, positions such as "1$", larger widths and precisions, and a format that ends within a conversion.
+// with the flags "-+ #0", a width and a precision of up to 4096 each. A format without a conversion prints
+// its literal text, as printf does. Refused are a second conversion, a conversion of another kind, %n, "*",
+// length modifiers, positions such as "1$", larger widths and precisions, and a format that ends within a
+// conversion.
 //
 //   const auto format = TPrintfFormat::Parse(u"v%03d", TPrintfFormat::TKind::Integer);
 //   format->AppendInteger(7, out);                // v007
 //
-// What is accepted prints exactly what printf prints for the UTF-8 form of format and value, read back as UTF-8:
+// What is accepted prints exactly what printf prints for the UTF-8 form of format and value, read back as
+// UTF-8:
 //   - widths and precisions count bytes; a precision that cuts a character in two leaves U+FFFD;
-//   - U+0000 ends a format and a text value, as it ends a C string; only the plain "%s" gives its value unchanged;
+//   - U+0000 ends a format and a text value, as it ends a C string; only the plain "%s" gives its value
+//   unchanged;
 //   - %c prints one byte: 0 gives U+0000, which does not end the result, and 128 to 255 give U+FFFD.
 //
 // An object is immutable and cheap to copy; threads may use one together.
@@ -37,7 +40,8 @@ class TPrintfFormat {
   static constexpr int kMaxField = 4096;
 
   /// The format, or nullopt when it is refused; then the reason, if asked for, is a static text.
-  static std::optional<TPrintfFormat> Parse(std::u16string_view format, TKind kind, const char** reason = nullptr);
+  static std::optional<TPrintfFormat> Parse(std::u16string_view format, TKind kind,
+                                            const char** reason = nullptr);
 
   /// For a format of the kind Text. The value may lie in out only if the format is plain.
   void AppendText(std::u16string_view value, NQ_TString& out) const;
@@ -61,12 +65,12 @@ class TPrintfFormat {
   void AppendDecimal(std::int32_t value, NQ_TString& out) const;
   void AppendByPrintf(std::int32_t value, NQ_TString& out) const;
 
-  NQ_TString literal_;           // what stands before the conversion, then what stands after it
-  std::uint32_t before_ = 0;     // the length of the first
+  NQ_TString literal_;        // what stands before the conversion, then what stands after it
+  std::uint32_t before_ = 0;  // the length of the first
   std::int16_t width_ = 0;
   std::int16_t precision_ = -1;  // −1: none given
   std::uint8_t flags_ = 0;
-  char conversion_ = 0;          // 0: none
+  char conversion_ = 0;  // 0: none
   bool plain_ = false;
 };
 

@@ -5,10 +5,10 @@
 #include <limits>
 #include <vector>
 
+#include "text/Find.h"
+
 namespace templatenames {
 namespace {
-
-constexpr auto kNone = std::u16string_view::npos;
 
 // Up to this length a separator is compared anew at every place: a bounded number of steps per unit of input.
 constexpr std::size_t kShortSeparator = 16;
@@ -24,14 +24,14 @@ class TOccurrences {
   std::size_t Next() {
     if (needle_.size() > text_.size()) return kNone;
     if (!borders_.empty()) return NextByBorders();
-    const std::size_t found = text_.find(needle_, at_);
+    const std::size_t found = FindText(text_, needle_, at_);
     at_ = found == kNone ? text_.size() : found + 1;
     return found;
   }
 
  private:
-  // Knuth, Morris and Pratt: borders_[i] is the length of the longest proper prefix of the needle that also ends its
-  // first i units.
+  // Knuth, Morris and Pratt: borders_[i] is the length of the longest proper prefix of the needle that also
+  // ends its first i units.
   void FillBorders() {
     borders_.resize(needle_.size() + 1);
     std::uint32_t border = 0;
@@ -100,7 +100,7 @@ std::u16string_view Element(std::u16string_view input, std::u16string_view separ
 }
 
 TStageError ParseExtract(std::u16string_view spec, int& start, int& length) {
-  const std::size_t comma = spec.find(u',');
+  const std::size_t comma = FindUnit(spec, u',', 0);
   if (comma == kNone || comma == 0) return TStageError::ExtractSyntax;
   const int number = Atoi(spec.substr(0, comma));
   if (number < 0) return TStageError::ExtractIndex;
