@@ -8,8 +8,6 @@
 //   catch (const NQ_EException& error) { std::cerr << error << '\n'; }
 #pragma once
 
-#include <source_location>
-
 #include "NQ_TAny.h"
 #include "NQ_TList.h"
 #include "NQ_TString.h"
@@ -119,8 +117,8 @@ namespace nq {
 
 /// Throws the exception as its own class, from where this is called.
 template <class Exception>
-[[noreturn]] void Throw(Exception exception, std::source_location site = std::source_location::current()) {
-  exception.__PREPARE_FOR_THROW__(site.line(), site.file_name());
+[[noreturn]] void Throw(Exception exception, const char* file = __builtin_FILE(), unsigned line = __builtin_LINE()) {
+  exception.__PREPARE_FOR_THROW__(line, file);
   exception.NQ_Throw();
 }
 

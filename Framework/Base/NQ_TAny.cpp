@@ -10,12 +10,7 @@
 
 /// An object that the variant owns.
 struct NQ_TAny::TOwned final : THeld {
-  explicit TOwned(std::unique_ptr<NQ_IPackable> packable) : packable_(std::move(packable)) {
-    if (const auto* held = dynamic_cast<const NQ_TObject*>(packable_.get())) {
-      classObject = &held->ClassObject();
-      object = held->NQ_MostDerivedObject();
-    }
-  }
+  explicit TOwned(std::unique_ptr<NQ_IPackable> packable) : packable_(std::move(packable)) { Describe(*packable_); }
   const NQ_IInterface* Interface() const override { return packable_.get(); }
   NQ_IPackable* Packable() const override { return packable_.get(); }
 
@@ -25,7 +20,9 @@ struct NQ_TAny::TOwned final : THeld {
 
 /// An object of somebody else's.
 struct NQ_TAny::TReferred final : THeld {
-  explicit TReferred(const NQ_IInterface* referred) : referred_(referred) {}
+  explicit TReferred(const NQ_IInterface* referred) : referred_(referred) {
+    if (referred != nullptr) Describe(*referred);
+  }
   const NQ_IInterface* Interface() const override { return referred_; }
   NQ_IPackable* Packable() const override { return nullptr; }
 

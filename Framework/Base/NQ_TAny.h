@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 #include "NQ_IPackable.h"
@@ -76,10 +77,13 @@ class NQ_EXPORT NQ_TAny {
   /// The held object as a T, or null.
   template <class T>
   const T* As() const {
-    if constexpr (std::derived_from<T, NQ_TObject>) {
-      if (held_ != nullptr && held_->classObject == &T::NQ_ClassObject()) return static_cast<const T*>(held_->object);
+    if (held_ == nullptr || held_->type == nullptr) return nullptr;
+    if (held_->type == &typeid(T)) return static_cast<const T*>(held_->object);
+    if constexpr (std::is_final_v<T>) {
+      return *held_->type == typeid(T) ? static_cast<const T*>(held_->object) : nullptr;
+    } else {
+      return dynamic_cast<const T*>(held_->Interface());
     }
-    return held_ == nullptr ? nullptr : dynamic_cast<const T*>(held_->Interface());
   }
   template <class T>
   T* As() {
@@ -103,9 +107,15 @@ class NQ_EXPORT NQ_TAny {
   /// What all copies of a variant share.
   struct THeld {
     std::atomic<std::uint32_t> owners{1};
-    bool lent = false;                      // a pointer to write through is out: copies must not share
-    const NQ_TClass* classObject = nullptr; // null for an object held by reference that has no class
-    const void* object = nullptr;           // the complete object
+    bool lent = false;  // a pointer to write through is out: copies must not share
+    const std::type_info* type = nullptr;  // of the object; null when there is none
+    const void* object = nullptr;          // the complete object
+
+    /// Notes what is held.
+    void Describe(const NQ_IInterface& held) {
+      type = &typeid(held);
+      object = dynamic_cast<const void*>(&held);
+    }
 
     virtual ~THeld() = default;
     virtual const NQ_IInterface* Interface() const = 0;

@@ -33,6 +33,7 @@ class NQ_EXPORT NQ_TClass {
   const char* Name() const { return name_.c_str(); }
   const NQ_TClass* Parent() const { return parent_; }
   TFactory Factory() const { return factory_; }
+  TCheck Check() const { return check_; }
   std::size_t InstanceSize() const { return instanceSize_; }
   bool IsInterface() const { return isInterface_; }
   bool InUse() const { return inUse_.load(std::memory_order_relaxed); }

@@ -117,7 +117,8 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   /// By code units.
   bool operator<(const NQ_TString& other) const { return StringView() < other.StringView(); }
   bool Equals(std::u16string_view units) const {
-    return units.size() == Length() && std::memcmp(WideText(), units.data(), units.size() * sizeof(char16_t)) == 0;
+    return units.size() == Length() &&
+           (units.empty() || std::memcmp(WideText(), units.data(), units.size() * sizeof(char16_t)) == 0);
   }
 
   /// A hash of the text, the same for equal texts within this run of the program; computed once per text.

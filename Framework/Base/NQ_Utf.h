@@ -6,16 +6,18 @@
 #include <string>
 #include <string_view>
 
+#include "NQ_Export.h"
+
 namespace nq {
 
 /// Writes the UTF-16 form of the text; room for as many units as the text has bytes is enough. Returns the number of
 /// units. Each maximal invalid piece becomes U+FFFD.
-std::size_t Utf8ToUtf16(std::string_view utf8, char16_t* out);
+NQ_EXPORT std::size_t Utf8ToUtf16(std::string_view utf8, char16_t* out);
 
 /// Appends the UTF-8 form of the text. An unpaired surrogate becomes U+FFFD.
-void AppendUtf8(std::u16string_view utf16, std::string& out);
+NQ_EXPORT void AppendUtf8(std::u16string_view utf16, std::string& out);
 
 /// Appends the UTF-16 form of code points. What is no code point becomes U+FFFD.
-void AppendUtf16(std::wstring_view codePoints, std::u16string& out);
+NQ_EXPORT void AppendUtf16(std::wstring_view codePoints, std::u16string& out);
 
 }  // namespace nq

@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_EIncompatibleType final : public NQ_TExceptionOf<NQ_EIncompat
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_EIncompatibleType, NQ_ETEException, "NQ_EIncompatibleType">;
-extern template class NQ_TExceptionOf<NQ_EIncompatibleType, NQ_ETEException, "NQ_EIncompatibleType">;

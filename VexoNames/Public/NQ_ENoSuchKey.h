@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_ENoSuchKey final : public NQ_TExceptionOf<NQ_ENoSuchKey, NQ_E
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_ENoSuchKey, NQ_ETEException, "NQ_ENoSuchKey">;
-extern template class NQ_TExceptionOf<NQ_ENoSuchKey, NQ_ETEException, "NQ_ENoSuchKey">;

@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_ENoSuchUnit final : public NQ_TExceptionOf<NQ_ENoSuchUnit, NQ
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_ENoSuchUnit, NQ_ETEException, "NQ_ENoSuchUnit">;
-extern template class NQ_TExceptionOf<NQ_ENoSuchUnit, NQ_ETEException, "NQ_ENoSuchUnit">;

@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_ENoSuchUnitCategory final : public NQ_TExceptionOf<NQ_ENoSuch
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_ENoSuchUnitCategory, NQ_ETEException, "NQ_ENoSuchUnitCategory">;
-extern template class NQ_TExceptionOf<NQ_ENoSuchUnitCategory, NQ_ETEException, "NQ_ENoSuchUnitCategory">;

@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_ENotAnInt32 final : public NQ_TExceptionOf<NQ_ENotAnInt32, NQ
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_ENotAnInt32, NQ_ETEException, "NQ_ENotAnInt32">;
-extern template class NQ_TExceptionOf<NQ_ENotAnInt32, NQ_ETEException, "NQ_ENotAnInt32">;

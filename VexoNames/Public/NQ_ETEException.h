@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_ETEException : public NQ_TExceptionOf<NQ_ETEException, NQ_EEx
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_ETEException, NQ_EException, "NQ_ETEException">;
-extern template class NQ_TExceptionOf<NQ_ETEException, NQ_EException, "NQ_ETEException">;

@@ -8,6 +8,3 @@ class NQ_EXPORT NQ_EUnknownType final : public NQ_TExceptionOf<NQ_EUnknownType, 
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
-
-extern template class NQ_TClassOf<NQ_EUnknownType, NQ_ETEException, "NQ_EUnknownType">;
-extern template class NQ_TExceptionOf<NQ_EUnknownType, NQ_ETEException, "NQ_EUnknownType">;

@@ -257,9 +257,10 @@ class NQ_EXPORT TName {
   templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
   const char* ExceededLimit() const;
   bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
-  bool AppendStoredText(const templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out,
-                        int& count);
-  bool AppendStoredNumber(const templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out);
+  bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
+  bool AppendStages(templatenames::TToken& token, templatenames::TEntry& entry, std::u16string_view text,
+                    NQ_TString& out);
+  bool AppendStoredNumber(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out);
   bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
   bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
   void ResolveNested(templatenames::TEntry& entry, NQ_TAny& value, int& count);

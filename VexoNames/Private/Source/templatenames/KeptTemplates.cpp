@@ -28,13 +28,13 @@ TKeptTemplates::TPointer TKeptTemplates::Find(const NQ_TString& text) {
   if (text.Length() > kMaxTemplateLength) return nullptr;
   if (const auto found = young_.find(text); found != young_.end()) return *found;
   if (const auto found = old_.find(text); found != old_.end()) {
-    const TPointer kept = *found;
+    TPointer kept = *found;
     old_.erase(found);
     Keep(kept);
     return kept;
   }
   if (!SeenBefore(text)) return nullptr;
-  const TPointer kept(new TKeptTemplate(text));
+  TPointer kept(new TKeptTemplate(text));
   if (kept->Weight() <= kMaxTemplateWeight) Keep(kept);
   return kept;
 }

@@ -5,7 +5,7 @@ namespace {
 
 // The registry holds nothing but entries, and gives none away as a variant.
 TEntry* EntryIn(const NQ_TAny& held) {
-  return const_cast<TEntry*>(static_cast<const TEntry*>(held.As<NQ_TDict>()));
+  return const_cast<TEntry*>(held.As<TEntry>());
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "Entry.h"
+#include "text/PrintfFormat.h"
+#include "text/Regex.h"
 #include "text/Scan.h"
 #include "text/TokenText.h"
 
@@ -15,6 +17,23 @@ struct TToken {
   std::u16string_view text;
   TTokenText parts;
   std::uint64_t keyHash;
+
+  /// The token's format for integers, parsed once; null when the token gives none or it is refused.
+  const TPrintfFormat* IntegerFormat() {
+    if (!formatParsed && !parts.format.empty()) integerFormat = TPrintfFormat::Parse(parts.format, TPrintfFormat::TKind::Integer);
+    formatParsed = true;
+    return integerFormat ? &*integerFormat : nullptr;
+  }
+
+  /// The token's regular expression, compiled; found once.
+  const TRegex& Regex() {
+    if (regex == nullptr) regex = FindRegex(NQ_TString(parts.regex));
+    return *regex;
+  }
+
+  std::shared_ptr<const TRegex> regex;
+  std::optional<TPrintfFormat> integerFormat;
+  bool formatParsed = false;
 
   // The entry that the name had at that version of the registry; null when it had none.
   TEntry* entry = nullptr;

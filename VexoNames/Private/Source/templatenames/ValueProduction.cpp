@@ -10,6 +10,7 @@
 #include "TName.h"
 #include "Token.h"
 #include "text/PrintfFormat.h"
+#include "text/Stages.h"
 
 using templatenames::LookupFunctionIn;
 using templatenames::LookupObjectIn;
@@ -17,6 +18,10 @@ using templatenames::Log;
 using templatenames::TEntry;
 using templatenames::TEntrySlots;
 using templatenames::TPrintfFormat;
+using templatenames::TRegex;
+using templatenames::TRegexLimits;
+using templatenames::TRegexResult;
+using templatenames::TStageError;
 using templatenames::TToken;
 using templatenames::TypeFunctionIn;
 
@@ -47,12 +52,29 @@ class TDeeper {
   int& depth_;
 };
 
-/// The token's format, else the name's; empty when there is neither.
-std::u16string_view FormatOf(const TToken& token, TEntry& entry) {
-  if (!token.parts.format.empty()) return token.parts.format;
+bool HasStages(const TToken& token, const TEntrySlots& slots) {
+  return token.parts.HasStages() || slots.elem != nullptr || slots.extract != nullptr || slots.regex != nullptr;
+}
+
+/// What a stage is to do: the token's attribute, else the name's own.
+std::optional<std::u16string_view> StageOf(std::u16string_view attribute, const NQ_TAny* own) {
+  if (!attribute.empty()) return attribute;
+  const auto* const text = own == nullptr ? nullptr : own->As<NQ_TString>();
+  return text == nullptr ? std::nullopt : std::optional(text->StringView());
+}
+
+/// The format of the name; empty when it has none.
+std::u16string_view FormatOf(TEntry& entry) {
   const NQ_TAny* const format = entry.Slots().format;
   const auto* const text = format == nullptr ? nullptr : format->As<NQ_TString>();
   return text == nullptr ? std::u16string_view() : text->StringView();
+}
+
+/// The token's format, else the name's if it is the type's own; null when it is another one, or refused.
+const TPrintfFormat* IntegerFormatOf(TToken& token, TEntry& entry) {
+  static const std::optional<TPrintfFormat> plain = TPrintfFormat::Parse(u"%d", TPrintfFormat::TKind::Integer);
+  if (!token.parts.format.empty()) return token.IntegerFormat();
+  return FormatOf(entry) == u"%d" ? &*plain : nullptr;
 }
 
 }  // namespace
@@ -91,18 +113,18 @@ bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
       LookupFunctionIn(slots.lookupHandler) != &LookupHandler) {
     return false;
   }
-  if (token.parts.HasStages() || slots.elem != nullptr || slots.extract != nullptr || slots.regex != nullptr)
-    return false;
   const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
   if (toText == &StringTypeHandler) return AppendStoredText(token, *entry, out, count);
-  return toText == &IntegerTypeHandler && AppendStoredNumber(token, *entry, out);
+  return toText == &IntegerTypeHandler && !HasStages(token, slots) && AppendStoredNumber(token, *entry, out);
 }
 
-bool TName::AppendStoredText(const TToken& token, TEntry& entry, NQ_TString& out, int& count) {
+bool TName::AppendStoredText(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
   const auto* const text = std::as_const(*entry.Slots().value).As<NQ_TString>();
-  if (text == nullptr || FormatOf(token, entry) != u"%s") return false;
+  if (text == nullptr || (token.parts.format.empty() ? FormatOf(entry) : token.parts.format) != u"%s") return false;
+  const bool plain = entry.IsPlain(*text);
+  if (HasStages(token, entry.Slots())) return plain && AppendStages(token, entry, text->StringView(), out);
   --budget_.tokens;
-  if (entry.IsPlain(*text)) {
+  if (plain) {
     AppendText(text->StringView(), out);
   } else {
     const NQ_TString source = *text;  // a handler may change the value
@@ -112,16 +134,46 @@ bool TName::AppendStoredText(const TToken& token, TEntry& entry, NQ_TString& out
   return true;
 }
 
-bool TName::AppendStoredNumber(const TToken& token, TEntry& entry, NQ_TString& out) {
+// Appends what the stages leave of the text; false, with nothing changed, when one of them has something to report.
+bool TName::AppendStages(TToken& token, TEntry& entry, std::u16string_view text, NQ_TString& out) {
+  const TEntrySlots& slots = entry.Slots();
+  if (const auto spec = StageOf(token.parts.elem, slots.elem)) {
+    std::u16string_view separator;
+    int index = 0;
+    if (templatenames::ParseElem(*spec, separator, index) != TStageError::None) return false;
+    text = templatenames::Element(text, separator, index);
+  }
+  if (const auto spec = StageOf(token.parts.extract, slots.extract)) {
+    int start = 0;
+    int length = 0;
+    if (templatenames::ParseExtract(*spec, start, length) != TStageError::None) return false;
+    text = templatenames::Extract(text, start, length);
+  }
+  const unsigned int begin = out.Length();
+  if (token.parts.regex.empty() && slots.regex == nullptr) {
+    AppendText(text, out);
+  } else {
+    const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
+    const auto* const own = token.parts.regex.empty() ? std::as_const(*slots.regex).As<NQ_TString>() : nullptr;
+    if (token.parts.regex.empty() && own == nullptr) return false;
+    const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
+    if (regex.AppendFirstGroup(text, limits, out).kind != TRegexResult::TKind::Matched) return false;
+    budget_.characters -= out.Length() - begin;
+  }
+  --budget_.tokens;
+  return true;
+}
+
+bool TName::AppendStoredNumber(TToken& token, TEntry& entry, NQ_TString& out) {
   const TEntrySlots& slots = entry.Slots();
   const auto* const number = std::as_const(*slots.value).As<NQ_TInt32>();
   const auto* const type = slots.type == nullptr ? nullptr : std::as_const(*slots.type).As<NQ_TInt32>();
   if (number == nullptr || type == nullptr || type->Value() != TName_TypeNumber) return false;
-  const auto printf = TPrintfFormat::Parse(FormatOf(token, entry), TPrintfFormat::TKind::Integer);
-  if (!printf) return false;
+  const TPrintfFormat* const format = IntegerFormatOf(token, entry);
+  if (format == nullptr) return false;
   --budget_.tokens;
   const unsigned int begin = out.Length();
-  printf->AppendInteger(number->Value(), out);
+  format->AppendInteger(number->Value(), out);
   budget_.characters -= out.Length() - begin;
   return true;
 }

@@ -69,7 +69,7 @@ std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TK
       fault = parsed.conversion_ != 0 ? kSecond : parsed.ReadConversion(rest, kind);
     }
   }
-  if (parsed.conversion_ == 0) parsed.before_ = parsed.literal_.Length();
+  if (parsed.conversion_ == 0) parsed.before_ = static_cast<std::uint32_t>(parsed.literal_.size());
   if (fault == nullptr) return parsed;
   if (reason != nullptr) *reason = fault;
   return std::nullopt;
@@ -97,16 +97,16 @@ const char* TPrintfFormat::ReadConversion(std::u16string_view& rest, TKind kind)
   const bool fits = kind == TKind::Text ? letter == u's' : kIntegerConversions.find(letter) != kNone;
   if (!fits) return kOtherKind;
   conversion_ = static_cast<char>(letter);
-  before_ = literal_.Length();
+  before_ = static_cast<std::uint32_t>(literal_.size());
   rest.remove_prefix(1);
   return nullptr;
 }
 
 void TPrintfFormat::AppendLiteral(std::u16string_view text) {
   if (std::any_of(text.begin(), text.end(), IsSurrogate)) {
-    literal_.Append(NQ_TString(NQ_TString(text).Narrow()));  // an unpaired one becomes U+FFFD, as in UTF-8
+    literal_ += NQ_TString(NQ_TString(text).Narrow()).StringView();  // an unpaired one becomes U+FFFD, as in UTF-8
   } else {
-    literal_.Append(text);
+    literal_ += text;
   }
 }
 

@@ -26,6 +26,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "NQ_TString.h"
@@ -58,14 +59,14 @@ class TPrintfFormat {
   void AppendLiteral(std::u16string_view text);
 
   bool Has(TFlag flag) const { return (flags_ & flag) != 0; }
-  std::u16string_view Before() const { return literal_.StringView().substr(0, before_); }
-  std::u16string_view After() const { return literal_.StringView().substr(before_); }
+  std::u16string_view Before() const { return std::u16string_view(literal_).substr(0, before_); }
+  std::u16string_view After() const { return std::u16string_view(literal_).substr(before_); }
   template <class Write>
   void AppendPadded(std::size_t bytes, NQ_TString& out, Write write) const;
   void AppendDecimal(std::int32_t value, NQ_TString& out) const;
   void AppendByPrintf(std::int32_t value, NQ_TString& out) const;
 
-  NQ_TString literal_;        // what stands before the conversion, then what stands after it
+  std::u16string literal_;       // what stands before the conversion, then what stands after it
   std::uint32_t before_ = 0;  // the length of the first
   std::int16_t width_ = 0;
   std::int16_t precision_ = -1;  // −1: none given
