@@ -145,9 +145,7 @@ class TRandomFormats : public ::testing::Test {
  protected:
   static constexpr unsigned kSeed = 20240611;
 
-  std::size_t Below(std::size_t end) {
-    return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_);
-  }
+  std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_); }
   std::string Some(const std::string& letters, std::size_t most) {
     std::string some;
     for (std::size_t n = Below(most + 1); n > 0; --n) some += letters[Below(letters.size())];

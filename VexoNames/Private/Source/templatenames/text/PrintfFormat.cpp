@@ -7,6 +7,7 @@
 
 #include "NQ_Utf.h"
 #include "text/Find.h"
+#include "text/FromUtf8.h"
 
 namespace templatenames {
 namespace {
@@ -34,12 +35,6 @@ std::optional<std::int16_t> ReadField(std::u16string_view& rest) {
   return static_cast<std::int16_t>(number);
 }
 
-void AppendFromUtf8(std::string_view utf8, NQ_TString& out) {
-  const unsigned int before = out.Length();
-  char16_t* const at = out.AppendUninitialized(static_cast<unsigned int>(utf8.size()));
-  out.Truncate(before + static_cast<unsigned int>(nq::Utf8ToUtf16(utf8, at)));
-}
-
 bool IsAscii(std::u16string_view text) {
   unsigned seen = 0;
   for (const char16_t unit : text) seen |= unit;
@@ -52,8 +47,7 @@ bool IsAscii(std::u16string_view text) {
 
 // format     = { literal | "%%" } [ conversion { literal | "%%" } ]
 // conversion = "%" { "-" | "+" | " " | "#" | "0" } [ number ] [ "." [ number ] ] letter
-std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind,
-                                                  const char** reason) {
+std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind, const char** reason) {
   TPrintfFormat parsed;
   parsed.plain_ = format == (kind == TKind::Text ? u"%s" : u"%d");
   std::u16string_view rest = format.substr(0, format.find(u'\0'));

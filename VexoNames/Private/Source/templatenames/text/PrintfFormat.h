@@ -41,8 +41,7 @@ class TPrintfFormat {
   static constexpr int kMaxField = 4096;
 
   /// The format, or nullopt when it is refused; then the reason, if asked for, is a static text.
-  static std::optional<TPrintfFormat> Parse(std::u16string_view format, TKind kind,
-                                            const char** reason = nullptr);
+  static std::optional<TPrintfFormat> Parse(std::u16string_view format, TKind kind, const char** reason = nullptr);
 
   /// For a format of the kind Text. The value may lie in out only if the format is plain.
   void AppendText(std::u16string_view value, NQ_TString& out) const;
@@ -66,7 +65,7 @@ class TPrintfFormat {
   void AppendDecimal(std::int32_t value, NQ_TString& out) const;
   void AppendByPrintf(std::int32_t value, NQ_TString& out) const;
 
-  std::u16string literal_;       // what stands before the conversion, then what stands after it
+  std::u16string literal_;    // what stands before the conversion, then what stands after it
   std::uint32_t before_ = 0;  // the length of the first
   std::int16_t width_ = 0;
   std::int16_t precision_ = -1;  // −1: none given
