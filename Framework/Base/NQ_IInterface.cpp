@@ -3,8 +3,6 @@
 #include <cstring>
 #include <ostream>
 
-NQ_IInterface::~NQ_IInterface() = default;
-
 bool NQ_IInterface::HasInterface(const char* interfaceName) const {
   return std::strcmp(interfaceName, "NQ_IInterface") == 0;
 }

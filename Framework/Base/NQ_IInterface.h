@@ -14,7 +14,7 @@ class NQ_EXPORT NQ_IInterface {
   NQ_IInterface() = default;
   NQ_IInterface(const NQ_IInterface&) = default;
   NQ_IInterface& operator=(const NQ_IInterface&) = default;
-  virtual ~NQ_IInterface();
+  virtual ~NQ_IInterface() = default;
 
   /// Whether the object implements the interface of that name.
   virtual bool HasInterface(const char* interfaceName) const;

@@ -60,7 +60,7 @@ class NQ_TIterator {
 };
 
 /// Root of the containers: values that can be walked.
-class NQ_EXPORT NQ_TContainer : public NQ_TValue, public virtual NQ_IIteratable {
+class NQ_EXPORT NQ_TContainer : public NQ_TValue, public NQ_IIteratable {
  public:
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;

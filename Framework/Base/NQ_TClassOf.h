@@ -56,8 +56,9 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
   void NQ_PackClassObject(NQ_IPacking& packing) const override { packing.BeginClass(Name.text), packing.EndClass(Name.text); }
 };
 
-/// Root of the value types: packable, printable objects.
-class NQ_EXPORT NQ_TValue : public virtual NQ_TObject, public virtual NQ_IPackable, public virtual NQ_IPrintable {
+/// Root of the value types: packable, printable objects. Its interfaces are no virtual bases themselves (only their root
+/// is one): a value is made and destroyed in half the time.
+class NQ_EXPORT NQ_TValue : public virtual NQ_TObject, public NQ_IPackable, public NQ_IPrintable {
  public:
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;

@@ -16,6 +16,8 @@
 
 namespace {
 
+constexpr std::size_t kMaxSpare = 4096;  // bytes of a narrow form whose memory is kept while its text changes
+
 // Positions are ints, and ICU's lengths too.
 constexpr std::size_t kMaxLength = std::numeric_limits<std::int32_t>::max() - 16;
 
@@ -60,14 +62,43 @@ NQ_TString::TText* NQ_TString::NewText(std::size_t capacity) {
 }
 
 void NQ_TString::Destroy(TText* text) noexcept {
-  delete text->narrow.load(std::memory_order_acquire);
+  std::free(text->narrow.load(std::memory_order_acquire));
+  std::free(text->spare.load(std::memory_order_acquire));
   text->~TText();
   std::free(text);
 }
 
 void NQ_TString::ForgetDerived(TText* text) noexcept {
   text->hash.store(0, std::memory_order_relaxed);
-  delete text->narrow.exchange(nullptr, std::memory_order_acq_rel);
+  TNarrow* const stale = text->narrow.exchange(nullptr, std::memory_order_acq_rel);
+  if (stale == nullptr) return;
+  const bool keep = stale->capacity <= kMaxSpare;
+  std::free(keep ? text->spare.exchange(stale, std::memory_order_acq_rel) : stale);
+}
+
+// The UTF-8 form of a text, not yet shown to anybody.
+NQ_TString::TNarrow* NQ_TString::MakeNarrow(TText& text) {
+  const std::u16string_view units = text.View();
+  TNarrow* narrow = text.spare.load(std::memory_order_relaxed);
+  if (narrow != nullptr) narrow = text.spare.exchange(nullptr, std::memory_order_acq_rel);
+  narrow = WithRoom(narrow, units.size());
+  // Most texts are ASCII: only when one is not, it is looked at to see how much room it needs.
+  narrow->size = nq::AsciiToUtf8(units, narrow->Bytes());
+  if (narrow->size != units.size()) {
+    narrow = WithRoom(narrow, nq::MostUtf8Bytes(units));
+    narrow->size = nq::Utf16ToUtf8(units, narrow->Bytes());
+  }
+  narrow->Bytes()[narrow->size] = '\0';
+  return narrow;
+}
+
+// Memory for that many bytes: the given one, which may be null, when it is large enough.
+NQ_TString::TNarrow* NQ_TString::WithRoom(TNarrow* narrow, std::size_t capacity) {
+  if (narrow != nullptr && narrow->capacity >= capacity) return narrow;
+  std::free(narrow);
+  void* const memory = std::malloc(sizeof(TNarrow) + capacity + 1);
+  if (memory == nullptr) throw std::bad_alloc();
+  return new (memory) TNarrow{0, capacity};
 }
 
 // Makes the text this string's own, with room for that length; at least doubles, so that appending stays linear.
@@ -144,14 +175,16 @@ NQ_TString NQ_TString::Format(const char* format, ...) {
 
 std::string_view NQ_TString::Narrow() const {
   if (text_ == nullptr) return "";
-  if (const std::string* made = text_->narrow.load(std::memory_order_acquire)) return *made;
-  auto* const fresh = new std::string;
-  fresh->reserve(text_->length);
-  nq::AppendUtf8(StringView(), *fresh);
-  const std::string* expected = nullptr;
-  if (text_->narrow.compare_exchange_strong(expected, fresh, std::memory_order_acq_rel)) return *fresh;
-  delete fresh;  // another thread was first
-  return *expected;
+  TNarrow* made = text_->narrow.load(std::memory_order_acquire);
+  if (made == nullptr) {
+    TNarrow* const fresh = MakeNarrow(*text_);
+    if (text_->narrow.compare_exchange_strong(made, fresh, std::memory_order_acq_rel)) {
+      made = fresh;
+    } else {
+      std::free(fresh);  // another thread was first
+    }
+  }
+  return {made->Bytes(), made->size};
 }
 
 int NQ_TString::Find(const NQ_TString& needle, int start, bool reverse) const {

@@ -19,13 +19,12 @@
 #include <cstdint>
 #include <cstring>
 #include <iosfwd>
-#include <string>
 #include <string_view>
 
 #include "NQ_TClassOf.h"
 #include "NQ_TUniChar.h"
 
-class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ_TString">, public virtual NQ_IHashable {
+class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ_TString">, public NQ_IHashable {
  public:
   /// The empty string.
   static const NQ_TString sEmpty;
@@ -134,13 +133,22 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   const void* NQ_DynamicInfo(const char* name) const override;
 
  private:
+  /// The UTF-8 form of a text; its bytes, NUL-terminated, follow it in memory.
+  struct TNarrow {
+    std::size_t size = 0;
+    std::size_t capacity = 0;  // bytes, the NUL not counted
+
+    char* Bytes() { return reinterpret_cast<char*>(this + 1); }
+  };
+
   /// One text, shared by all strings that are copies of each other; its units, NUL-terminated, follow it in memory.
   struct TText {
     std::atomic<std::uint32_t> owners{1};
     std::uint32_t length = 0;
     std::uint32_t capacity = 0;               // units, the NUL not counted
     std::atomic<std::uint64_t> hash{0};       // 0: not computed yet
-    std::atomic<const std::string*> narrow{nullptr};  // null: not made yet
+    std::atomic<TNarrow*> narrow{nullptr};    // null: not made yet
+    std::atomic<TNarrow*> spare{nullptr};     // memory of an earlier narrow form, to be used again
 
     char16_t* Units() { return reinterpret_cast<char16_t*>(this + 1); }
     const char16_t* Units() const { return reinterpret_cast<const char16_t*>(this + 1); }
@@ -157,6 +165,8 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   static void Release(TText* text) noexcept {
     if (text != nullptr && text->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy(text);
   }
+  static TNarrow* MakeNarrow(TText& text);
+  static TNarrow* WithRoom(TNarrow* narrow, std::size_t capacity);
   static void ForgetDerived(TText* text) noexcept;
   void AssignUtf8(std::string_view utf8);
   void Grow(std::size_t length);

@@ -4,28 +4,49 @@
 #include <unicode/utf8.h>
 
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 namespace nq {
 namespace {
 
-constexpr std::size_t kBlock = 32;  // units looked at together
+constexpr std::size_t kBlock = 16;  // units looked at together
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-// Copies ASCII from the front block by block; returns how many characters were copied.
+// A block of bytes and one of UTF-16 units. Written with the compilers' vector types: whether they turn a plain loop into
+// vector code depends on the optimisation level.
+typedef std::uint8_t TBytes __attribute__((vector_size(kBlock)));
+typedef std::uint16_t TUnits __attribute__((vector_size(2 * kBlock)));
+
+template <class Block>
+bool IsAscii(const Block& block) {
+  std::uint64_t words[sizeof block / 8];
+  std::memcpy(words, &block, sizeof block);
+  std::uint64_t seen = 0;
+  for (const std::uint64_t word : words) seen |= word;
+  return (seen & (std::is_same_v<Block, TBytes> ? 0x8080808080808080 : 0xFF80FF80FF80FF80)) == 0;
+}
+
+// Copies one block; returns whether it was all ASCII.
+template <class From, class To>
+bool CopyBlock(const From* in, To* out) {
+  using TFrom = std::conditional_t<sizeof(From) == 1, TBytes, TUnits>;
+  using TTo = std::conditional_t<sizeof(To) == 1, TBytes, TUnits>;
+  TFrom block;
+  std::memcpy(&block, in, sizeof block);
+  const TTo converted = __builtin_convertvector(block, TTo);
+  std::memcpy(out, &converted, sizeof converted);
+  return IsAscii(block);
+}
+
+// Copies ASCII from the front; returns how many characters were copied. What it writes behind them is overwritten by
+// what follows, and never lies past `length`.
 template <class From, class To>
 std::size_t CopyAscii(const From* in, std::size_t length, To* out) {
   std::size_t done = 0;
-  while (length - done >= kBlock) {
-    unsigned seen = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
-      const auto unit = static_cast<std::make_unsigned_t<From>>(in[done + i]);
-      seen |= unit;
-      out[done + i] = static_cast<To>(unit);
-    }
-    if (seen >= 0x80) break;
-    done += kBlock;
-  }
+  while (length - done >= kBlock && CopyBlock(in + done, out + done)) done += kBlock;
+  // The last block may overlap the one before.
+  if (length - done < kBlock && length >= kBlock && CopyBlock(in + length - kBlock, out + length - kBlock)) return length;
   while (done < length && static_cast<std::make_unsigned_t<From>>(in[done]) < 0x80) {
     out[done] = static_cast<To>(in[done]);
     ++done;
@@ -76,22 +97,41 @@ std::size_t Utf8ToUtf16(std::string_view utf8, char16_t* out) {
   return written;
 }
 
-void AppendUtf8(std::u16string_view utf16, std::string& out) {
+std::size_t MostUtf8Bytes(std::u16string_view utf16) {
+  const char16_t* const units = utf16.data();
   const std::size_t length = utf16.size();
-  std::size_t most = length;  // a unit takes at most 1, 2 or 3 bytes
-  for (const char16_t unit : utf16) most += (unit >= 0x80 ? 1U : 0U) + (unit >= 0x800 ? 1U : 0U);
-  std::size_t written = out.size();
-  out.resize(written + most);
+  TUnits block = {};
   std::size_t at = 0;
+  for (; at + kBlock <= length; at += kBlock) {
+    TUnits next;
+    std::memcpy(&next, units + at, sizeof next);
+    block |= next;
+  }
+  unsigned seen = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) seen |= block[i];
+  for (; at < length; ++at) seen |= units[at];
+  return length * (seen < 0x80 ? 1 : seen < 0x800 ? 2 : 3);
+}
+
+std::size_t AsciiToUtf8(std::u16string_view utf16, char* out) { return CopyAscii(utf16.data(), utf16.size(), out); }
+
+std::size_t Utf16ToUtf8(std::u16string_view utf16, char* out) {
+  const std::size_t length = utf16.size();
+  std::size_t at = 0;
+  std::size_t written = 0;
   while (at < length) {
-    const std::size_t ascii = CopyAscii(utf16.data() + at, length - at, out.data() + written);
+    const std::size_t ascii = CopyAscii(utf16.data() + at, length - at, out + written);
     at += ascii;
     written += ascii;
-    while (at < length && utf16[at] >= 0x80) {
-      written += Encode(NextCodePoint(utf16, at), out.data() + written);
-    }
+    while (at < length && utf16[at] >= 0x80) written += Encode(NextCodePoint(utf16, at), out + written);
   }
-  out.resize(written);
+  return written;
+}
+
+void AppendUtf8(std::u16string_view utf16, std::string& out) {
+  const std::size_t before = out.size();
+  out.resize(before + MostUtf8Bytes(utf16));
+  out.resize(before + Utf16ToUtf8(utf16, out.data() + before));
 }
 
 void AppendUtf16(std::wstring_view codePoints, std::u16string& out) {

@@ -14,6 +14,15 @@ namespace nq {
 /// units. Each maximal invalid piece becomes U+FFFD.
 NQ_EXPORT std::size_t Utf8ToUtf16(std::string_view utf8, char16_t* out);
 
+/// Room in bytes that is enough for the UTF-8 form of the text; just enough when it is ASCII.
+NQ_EXPORT std::size_t MostUtf8Bytes(std::u16string_view utf16);
+
+/// Writes the ASCII at the front of the text; returns its length. There must be room for the text's length.
+NQ_EXPORT std::size_t AsciiToUtf8(std::u16string_view utf16, char* out);
+
+/// Writes the UTF-8 form of the text; returns the number of bytes. An unpaired surrogate becomes U+FFFD.
+NQ_EXPORT std::size_t Utf16ToUtf8(std::u16string_view utf16, char* out);
+
 /// Appends the UTF-8 form of the text. An unpaired surrogate becomes U+FFFD.
 NQ_EXPORT void AppendUtf8(std::u16string_view utf16, std::string& out);
 

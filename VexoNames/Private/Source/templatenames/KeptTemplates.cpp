@@ -39,8 +39,21 @@ TKeptTemplates::TPointer TKeptTemplates::Find(const NQ_TString& text) {
   return kept;
 }
 
+// Of a long text only samples are hashed: it is compared as a whole anyway before it counts as found, and few long texts
+// are kept.
+std::uint64_t TKeptTemplates::HashOf(const NQ_TString& text) {
+  constexpr std::size_t kSample = 64;
+  constexpr std::size_t kSamples = 16;
+  const std::u16string_view units = text.StringView();
+  if (units.size() <= kSample * kSamples) return text.Hash();
+  char16_t sampled[kSample * kSamples];
+  for (std::size_t i = 0; i < kSamples; ++i)
+    units.copy(sampled + i * kSample, kSample, (units.size() - kSample) * i / (kSamples - 1));
+  return NQ_TString::HashOf({sampled, std::size(sampled)}) + units.size();
+}
+
 bool TKeptTemplates::SeenBefore(const NQ_TString& text) {
-  const std::uint64_t hash = text.Hash();
+  const std::uint64_t hash = HashOf(text);
   return std::exchange(seen_[hash % seen_.size()], hash) == hash;
 }
 

@@ -44,8 +44,8 @@ class TKeptTemplates {
   /// Templates by text.
   struct THash {
     using is_transparent = void;
-    std::size_t operator()(const TPointer& kept) const { return kept->source.Hash(); }
-    std::size_t operator()(const NQ_TString& text) const { return text.Hash(); }
+    std::size_t operator()(const TPointer& kept) const { return HashOf(kept->source); }
+    std::size_t operator()(const NQ_TString& text) const { return HashOf(text); }
   };
   struct TSameText {
     using is_transparent = void;
@@ -55,6 +55,7 @@ class TKeptTemplates {
   };
   using TGeneration = absl::flat_hash_set<TPointer, THash, TSameText>;
 
+  static std::uint64_t HashOf(const NQ_TString& text);
   bool SeenBefore(const NQ_TString& text);
   void Keep(const TPointer& kept);
 

@@ -16,6 +16,7 @@ TEntry* TNameStore::Find(std::u16string_view key, std::uint64_t hash) {
 }
 
 TEntry& TNameStore::Add(const NQ_TString& key) {
+  ++version_;
   names_.Add(key, NQ_TAny(TEntry()));
   return *Find(key);
 }
@@ -23,11 +24,13 @@ TEntry& TNameStore::Add(const NQ_TString& key) {
 void TNameStore::Remove(const NQ_TString& key) {
   NQ_TAny* const held = names_.ValueOfKey(key);
   if (held == nullptr) return;
+  ++version_;
   KeepIfPinned(*held);
   names_.Remove(key);
 }
 
 void TNameStore::RemoveAll() {
+  ++version_;
   for (NQ_TIterator i(names_); !i.IsDone(); i.Next()) KeepIfPinned(i.Value());
   names_.Clear();
 }

@@ -23,7 +23,7 @@ class TNameStore {
 
   /// Changes whenever a name comes or goes: while it stays, entries found earlier are still right, and so is the
   /// absence of one.
-  std::uint64_t Version() const { return names_.KeysVersion(); }
+  std::uint64_t Version() const { return version_; }
   /// For walking over the names in the order of their definition.
   const NQ_TDict& Names() const { return names_; }
 
@@ -37,6 +37,7 @@ class TNameStore {
   void KeepIfPinned(NQ_TAny& held);
 
   NQ_TDict names_{128};  // name to entry
+  std::uint64_t version_ = 1;
   TKeptTemplates templates_;
   std::vector<NQ_TAny> removed_;  // entries that were pinned when they were removed
 };

@@ -2,23 +2,34 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace templatenames {
 
 inline constexpr std::size_t kNone = std::u16string_view::npos;
 
-/// The first position at or after `from` of the character, or kNone. Looks at blocks first, in a loop that the compiler
-/// turns into vector code: std::u16string_view::find compares one unit at a time.
+/// Whether the character is among the eight units at that address. Written with the compilers' vector types: whether
+/// they turn a plain loop into vector code depends on the optimisation level.
+inline bool HasUnitInBlock(const char16_t* units, char16_t unit) {
+  typedef std::uint16_t TBlock __attribute__((vector_size(16)));
+  const TBlock wanted = {unit, unit, unit, unit, unit, unit, unit, unit};
+  TBlock block;
+  std::memcpy(&block, units, sizeof block);
+  const auto equal = block == wanted;
+  std::uint64_t halves[2];
+  std::memcpy(halves, &equal, sizeof halves);
+  return (halves[0] | halves[1]) != 0;
+}
+
+/// The first position at or after `from` of the character, or kNone. Looks at blocks first:
+/// std::u16string_view::find compares one unit at a time.
 inline std::size_t FindUnit(std::u16string_view text, char16_t unit, std::size_t from) {
-  constexpr std::size_t kBlock = 16;
+  constexpr std::size_t kBlock = 8;
   const char16_t* const units = text.data();
   const std::size_t length = text.size();
-  for (; from + kBlock <= length; from += kBlock) {
-    unsigned short seen = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) seen |= static_cast<unsigned short>(units[from + i] == unit ? 1 : 0);
-    if (seen != 0) break;
-  }
+  while (from + kBlock <= length && !HasUnitInBlock(units + from, unit)) from += kBlock;
   for (; from < length; ++from)
     if (units[from] == unit) return from;
   return kNone;

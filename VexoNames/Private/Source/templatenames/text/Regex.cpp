@@ -15,8 +15,10 @@
 namespace templatenames {
 namespace {
 
-constexpr std::size_t kMaxPattern = 65'535;
-constexpr const char* kPatternTooLong = "regular expression is longer than 65535 bytes";
+// The slowest patterns known, classes that span all of Unicode without regard to case, compile for a second at this
+// length.
+constexpr std::size_t kMaxPattern = 16'384;
+constexpr const char* kPatternTooLong = "regular expression is longer than 16384 bytes";
 
 // PCRE counts steps anew at every starting position. Up to this many positions each gets the full number; with more
 // the number shrinks, but not below what searches without much backtracking need.
@@ -126,17 +128,18 @@ unsigned long StepsPerStart(unsigned long steps, unsigned long starts) {
   return std::max(steps / (starts / kFullStarts), std::min(steps, kFewestSteps));
 }
 
-// How much stack the running thread has left; 0 when that is unknown.
+// How much stack the running thread has left; little when that is unknown.
 std::size_t StackLeft() {
+  constexpr std::size_t kUnknown = 64 * 1024;
   pthread_attr_t attributes;
-  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return 0;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return kUnknown;
   void* low = nullptr;
   std::size_t size = 0;
   const int failed = pthread_attr_getstack(&attributes, &low, &size);
   pthread_attr_destroy(&attributes);
   const auto here = reinterpret_cast<std::uintptr_t>(&attributes);
   const auto end = reinterpret_cast<std::uintptr_t>(low);
-  return failed != 0 || here < end ? 0 : here - end;
+  return failed != 0 || here < end ? kUnknown : here - end;
 }
 
 void AppendAscii(std::string_view ascii, NQ_TString& out) {

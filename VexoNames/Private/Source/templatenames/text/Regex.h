@@ -8,8 +8,7 @@
 //
 // A compiled pattern is immutable; threads may use one together. Compiled patterns are kept, see KeptRegex.
 //
-// Refused as a CompileError: what PCRE refuses, and patterns of more than 65,535 bytes of UTF-8, too long for PCRE's
-// own offsets. A pattern ends at its first U+0000, as a C string does; an input does not.
+// Refused as a CompileError: what PCRE refuses, and patterns of more than 16,384 bytes of UTF-8. A pattern ends at its first U+0000, as a C string does; an input does not.
 //
 // A group 1 that took no part in the match although a later group did gives the empty text.
 #pragma once

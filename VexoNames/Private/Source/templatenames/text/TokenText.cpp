@@ -14,11 +14,25 @@ std::size_t KeyEndBefore(std::u16string_view text, std::size_t equals, std::size
   return end;
 }
 
-std::u16string_view AttributeValue(std::u16string_view text, std::u16string_view opening) {
-  const std::size_t found = text.find(opening);
-  if (found == kNone) return {};
-  const std::u16string_view rest = text.substr(found + opening.size());
-  return rest.substr(0, rest.find(u'"'));
+struct TAttribute {
+  std::u16string_view name;
+  std::u16string_view TTokenText::*value;
+};
+
+constexpr TAttribute kAttributes[] = {
+    {u"format", &TTokenText::format},
+    {u"elem", &TTokenText::elem},
+    {u"extract", &TTokenText::extract},
+    {u"regex", &TTokenText::regex},
+};
+
+// Takes the attribute whose name ends before the "=" at that position, unless it occurred before.
+void TakeAttribute(std::u16string_view text, std::size_t equals, TTokenText& split) {
+  for (const auto& [name, value] : kAttributes) {
+    if ((split.*value).data() != nullptr || !text.substr(0, equals).ends_with(name)) continue;
+    const std::u16string_view rest = text.substr(equals + 2);
+    split.*value = rest.substr(0, rest.find(u'"'));
+  }
 }
 
 }  // namespace
@@ -35,10 +49,8 @@ TTokenText SplitTokenText(std::u16string_view text) {
     return split;
   }
   split.key = text.substr(begin, KeyEndBefore(text, equals, begin) - begin + 1);
-  split.format = AttributeValue(text, u"format=\"");
-  split.elem = AttributeValue(text, u"elem=\"");
-  split.extract = AttributeValue(text, u"extract=\"");
-  split.regex = AttributeValue(text, u"regex=\"");
+  for (std::size_t at = equals; at != kNone; at = text.find(u'=', at + 1))
+    if (text.substr(at + 1).starts_with(u'"')) TakeAttribute(text, at, split);
   return split;
 }
 
