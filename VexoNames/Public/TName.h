@@ -249,6 +249,7 @@ class NQ_EXPORT TName {
   void AppendResolved(const NQ_TString& text, NQ_TString& out, int& count);
   void AppendScanned(const NQ_TString& text, const templatenames::TMarkers& markers, NQ_TString& out, int& count);
   void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
+  bool AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count);
   bool AppendToken(templatenames::TToken& token, NQ_TString& out, int& count);
   void AppendText(std::u16string_view text, NQ_TString& out);
   bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }

@@ -5,6 +5,7 @@
 
 #include "Entry.h"
 #include "KeptTemplates.h"
+#include "KeptTokens.h"
 
 namespace templatenames {
 
@@ -28,6 +29,7 @@ class TNameStore {
   const NQ_TDict& Names() const { return names_; }
 
   TKeptTemplates& Templates() { return templates_; }
+  TKeptTokens& Tokens() { return tokens_; }
 
   /// Keeps an entry alive; pins nest.
   static void Pin(TEntry& entry) { ++entry.pins_; }
@@ -39,6 +41,7 @@ class TNameStore {
   NQ_TDict names_{128};  // name to entry
   std::uint64_t version_ = 1;
   TKeptTemplates templates_;
+  TKeptTokens tokens_;
   std::vector<NQ_TAny> removed_;  // entries that were pinned when they were removed
 };
 

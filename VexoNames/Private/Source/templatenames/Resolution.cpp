@@ -149,9 +149,9 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
   const std::u16string_view units = text.StringView();
   TScanner scanner(units, markers);
   for (TScannedToken place; scanner.Next(place);) {
-    TToken token(units.substr(place.textBegin, place.textEnd - place.textBegin));
     AppendText(units.substr(place.literal, place.begin - place.literal), out);
-    if (!AppendToken(token, out, count)) AppendText(units.substr(place.begin, place.end - place.begin), out);
+    if (!AppendToken(units.substr(place.textBegin, place.textEnd - place.textBegin), out, count))
+      AppendText(units.substr(place.begin, place.end - place.begin), out);
   }
   AppendText(units.substr(scanner.Done()), out);
   if (!Logs(1)) return;
@@ -176,6 +176,13 @@ void TName::AppendText(std::u16string_view text, NQ_TString& out) {
 }
 
 // ---- single tokens
+
+bool TName::AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count) {
+  if (tokenText.empty()) return true;
+  if (const auto kept = names_->Tokens().Find(tokenText)) return AppendToken(kept->token, out, count);
+  TToken token(tokenText);
+  return AppendToken(token, out, count);
+}
 
 // Appends the value of a token; on failure counts it and leaves the text as it was.
 bool TName::AppendToken(TToken& token, NQ_TString& out, int& count) {

@@ -1,0 +1,42 @@
+// Tokens kept in split form.
+//
+// The same tokens occur in many templates, so a token text that comes a second time is kept: split, its name found, its
+// format and its regular expression read. A table of fixed size holds them, each in the place its hash names; what
+// comes later to a place that is taken moves in when it comes twice in a row.
+#pragma once
+
+#include <array>
+#include <boost/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
+
+#include "Token.h"
+
+namespace templatenames {
+
+/// Used under the registry lock, hence the plain reference count.
+struct TKeptToken : boost::intrusive_ref_counter<TKeptToken, boost::thread_unsafe_counter> {
+  explicit TKeptToken(std::u16string_view tokenText) : source(tokenText), token(source.StringView()) {}
+
+  NQ_TString source;
+  TToken token;
+};
+
+class TKeptTokens {
+ public:
+  using TPointer = boost::intrusive_ptr<TKeptToken>;
+
+  /// The kept form of a token text; null when it is not kept.
+  TPointer Find(std::u16string_view text);
+
+ private:
+  struct TPlace {
+    TPointer kept;
+    std::uint64_t missed = 0;  // hash of the last text that was not found here
+  };
+  static constexpr std::size_t kPlaces = 256;  // more than the names that the templates of one task use
+  static constexpr std::size_t kMaxLength = 256;  // units; longer tokens are rare and not worth their memory
+
+  std::array<TPlace, kPlaces> places_;
+};
+
+}  // namespace templatenames
