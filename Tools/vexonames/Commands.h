@@ -1,0 +1,11 @@
+// What the tool does. Each command prints its data, says on standard error what is to be said, and returns how the
+// program is to end; input that it cannot go on with is a TInputError.
+#pragma once
+
+#include "EngineLog.h"
+#include "Options.h"
+#include "TName.h"
+
+int RunResolve(TName& names, TEngineLog& log, const TOptions& options);
+int RunNames(const TName& names, const TOptions& options);
+int RunTranslate(TName& names, const TOptions& options);

@@ -1,0 +1,69 @@
+// vexonames: tries templates without a program around them. README.md beside this file is its manual.
+//
+//   Options                     the command line
+//   Context, Records, KeyTable  the context file; JsonFile, JsonNode: JSON with good manners
+//   *Command, Displayed         the commands
+//   Resolver                    a template with all there is to say about it; Diagnosis, Cause: why tokens failed;
+//                               Hints: probable mistakes; Tokens, EngineLog: what these look at
+//   Streams, Text, TimeText, Suggest, Errors
+#include <csignal>
+#include <iostream>
+
+#include "Commands.h"
+#include "Context.h"
+#include "Errors.h"
+#include "NQ_EException.h"
+#include "TimeText.h"
+
+namespace {
+
+// Counted in UTF-16 units, per template: room for any text that a person would look at, and a value that doubles
+// itself again and again ends before it takes all memory.
+constexpr std::int64_t kMostCharacters = std::int64_t{64} * 1024 * 1024;
+
+double fixedNow = 0;
+
+void UseNow(const NQ_TTime& now) {
+  fixedNow = now.Milliseconds();
+  NQ_TTime::SetClock([] { return fixedNow; });
+}
+
+int Run(const TOptions& options) {
+  if (options.zone && !UseZone(*options.zone))
+    throw TInputError("--zone: the system knows no time zone '" + *options.zone + "'");
+  if (options.now) UseNow(*options.now);
+  TName names;
+  TNameLimits limits;
+  limits.characters = kMostCharacters;
+  names.SetLimits(limits);
+  TEngineLog log(options.debug > 0);
+  names.SetDebugLevel(options.debug);
+  if (options.context) ReadContext(*options.context, names);
+  switch (options.command) {
+    case TOptions::TCommand::Resolve:
+      return RunResolve(names, log, options);
+    case TOptions::TCommand::Names:
+      return RunNames(names, options);
+    case TOptions::TCommand::Translate:
+      return RunTranslate(names, options);
+  }
+  return kExitBadInput;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // writing then fails, which is said
+  try {
+    TOptions options;
+    if (const std::optional<int> end = ParseOptions(argc, argv, options)) return *end;
+    return Run(options);
+  } catch (const TInputError& error) {
+    std::cerr << "vexonames: " << error.what() << '\n';
+  } catch (const NQ_EException& error) {
+    std::cerr << "vexonames: " << error << '\n';
+  } catch (const std::exception& error) {
+    std::cerr << "vexonames: " << error.what() << '\n';
+  }
+  return kExitBadInput;
+}
