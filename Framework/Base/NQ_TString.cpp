@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr std::size_t kMaxSpare = 4096;  // bytes of a narrow form whose memory is kept while its text changes
-
 // Positions are ints, and ICU's lengths too.
 constexpr std::size_t kMaxLength = std::numeric_limits<std::int32_t>::max() - 16;
 
@@ -71,9 +69,7 @@ void NQ_TString::Destroy(TText* text) noexcept {
 void NQ_TString::ForgetDerived(TText* text) noexcept {
   text->hash.store(0, std::memory_order_relaxed);
   TNarrow* const stale = text->narrow.exchange(nullptr, std::memory_order_acq_rel);
-  if (stale == nullptr) return;
-  const bool keep = stale->capacity <= kMaxSpare;
-  std::free(keep ? text->spare.exchange(stale, std::memory_order_acq_rel) : stale);
+  if (stale != nullptr) std::free(text->spare.exchange(stale, std::memory_order_acq_rel));
 }
 
 // The UTF-8 form of a text, not yet shown to anybody.
@@ -305,7 +301,7 @@ NQ_TString& NQ_TString::Append(std::u16string_view units) {
 }
 
 void NQ_TString::Reserve(unsigned int length) {
-  if (text_ == nullptr || text_->capacity < length || text_->Shared()) Grow(std::max(length, Length()));
+  if (length > 0 && (text_ == nullptr || text_->capacity < length || text_->Shared())) Grow(std::max(length, Length()));
 }
 
 void NQ_TString::Truncate(unsigned int length) {

@@ -147,6 +147,7 @@ void TName::AppendResolved(const NQ_TString& text, NQ_TString& out, int& count) 
 
 void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TString& out, int& count) {
   const std::u16string_view units = text.StringView();
+  out.Reserve(out.Length() + text.Length());  // values are about as long as their tokens
   TScanner scanner(units, markers);
   for (TScannedToken place; scanner.Next(place);) {
     AppendText(units.substr(place.literal, place.begin - place.literal), out);
