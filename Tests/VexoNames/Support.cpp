@@ -55,9 +55,10 @@ std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + 
 
 thread_local NQ_TDict seenEntry;
 
+// Answers with no value, so that nothing else happens to the name.
 bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) {
   seenEntry = *entry;
-  return false;
+  return true;
 }
 
 }  // namespace

@@ -82,6 +82,18 @@ std::string Thrown(Action action) {
 /// Whether another thread gets the registry's lock within a generous time.
 bool OtherThreadGetsLock(TName& names);
 
+/// How often to repeat: less where a sanitizer watches.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define NAMES_TEST_SANITIZED
+#endif
+#endif
+#ifdef NAMES_TEST_SANITIZED
+constexpr int Scaled(int count) { return count / 10; }
+#else
+constexpr int Scaled(int count) { return count; }
+#endif
+
 /// What a handler of a test throws.
 struct Oops {};
 
