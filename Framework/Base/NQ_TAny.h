@@ -32,11 +32,11 @@ class NQ_EXPORT NQ_TAny {
   NQ_TAny() = default;
   NQ_TAny(const NQ_TAny& other) : held_(Share(other.held_)) {}
   NQ_TAny(NQ_TAny&& other) noexcept : held_(std::exchange(other.held_, nullptr)) {}
-  NQ_TAny(int value);              // NOLINT(google-explicit-constructor)
-  NQ_TAny(double value);           // NOLINT(google-explicit-constructor)
-  NQ_TAny(const char* utf8);       // NOLINT(google-explicit-constructor)
-  NQ_TAny(const wchar_t* wide);    // NOLINT(google-explicit-constructor)
-  template <std::same_as<bool> B>  // only a real bool, not every pointer
+  NQ_TAny(int value);                           // NOLINT(google-explicit-constructor)
+  NQ_TAny(double value);                        // NOLINT(google-explicit-constructor)
+  NQ_TAny(const char* utf8);                    // NOLINT(google-explicit-constructor)
+  NQ_TAny(const wchar_t* wide);                 // NOLINT(google-explicit-constructor)
+  template <std::same_as<bool> B>               // only a real bool, not every pointer
   NQ_TAny(B value) : held_(HoldBool(value)) {}  // NOLINT(google-explicit-constructor)
   /// Holds the object by reference: it is neither copied nor deleted and must outlive the variant and its copies.
   explicit NQ_TAny(const NQ_IInterface* object);
@@ -47,8 +47,10 @@ class NQ_EXPORT NQ_TAny {
   ~NQ_TAny() { Release(held_); }
 
   NQ_TAny& operator=(const NQ_TAny& other);
+  /// The other may lie inside the held object: it is emptied before that goes.
   NQ_TAny& operator=(NQ_TAny&& other) noexcept {
-    std::swap(held_, other.held_);
+    NQ_TAny moved(std::move(other));
+    std::swap(held_, moved.held_);
     return *this;
   }
   /// An untyped pointer, held as an NQ_TPointer.
@@ -56,7 +58,9 @@ class NQ_EXPORT NQ_TAny {
   NQ_TAny& operator=(const NQ_IPackable& object) { return *this = NQ_TAny(object); }
   NQ_TAny& operator=(NQ_IPackable&& object) { return *this = NQ_TAny(std::move(object)); }
   NQ_TAny& operator=(int value) { return *this = NQ_TAny(value); }
+  NQ_TAny& operator=(double value) { return *this = NQ_TAny(value); }
   NQ_TAny& operator=(const char* utf8) { return *this = NQ_TAny(utf8); }
+  NQ_TAny& operator=(const wchar_t* wide) { return *this = NQ_TAny(wide); }
   template <std::same_as<bool> B>
   NQ_TAny& operator=(B value) {
     return *this = NQ_TAny(value);
@@ -107,7 +111,7 @@ class NQ_EXPORT NQ_TAny {
   /// What all copies of a variant share.
   struct THeld {
     std::atomic<std::uint32_t> owners{1};
-    bool lent = false;  // a pointer to write through is out: copies must not share
+    bool lent = false;                     // a pointer to write through is out: copies must not share
     const std::type_info* type = nullptr;  // of the object; null when there is none
     const void* object = nullptr;          // the complete object
 

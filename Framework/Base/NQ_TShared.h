@@ -16,13 +16,17 @@ class NQ_TShared {
   NQ_TShared(NQ_TShared&& other) noexcept : cell_(std::exchange(other.cell_, nullptr)) {}
   ~NQ_TShared() { Release(); }
   NQ_TShared& operator=(const NQ_TShared& other) {
-    TCell* const shared = other.Share();
-    Release();
-    cell_ = shared;
+    if (this != &other) {
+      TCell* const shared = other.Share();
+      Release();
+      cell_ = shared;
+    }
     return *this;
   }
+  /// The other may lie inside this content: it is emptied before the content goes.
   NQ_TShared& operator=(NQ_TShared&& other) noexcept {
-    std::swap(cell_, other.cell_);
+    NQ_TShared moved(std::move(other));
+    std::swap(cell_, moved.cell_);
     return *this;
   }
 
@@ -45,10 +49,8 @@ class NQ_TShared {
     cell_->lent = true;
     return content;
   }
-  void Reset() {
-    Release();
-    cell_ = nullptr;
-  }
+  /// Without content, as if it had never been written.
+  void Reset() { *this = NQ_TShared(); }
   bool Same(const NQ_TShared& other) const { return cell_ == other.cell_; }
 
  private:
