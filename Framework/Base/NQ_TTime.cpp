@@ -23,7 +23,7 @@ std::atomic<NQ_TTime::TClock> currentClock{&SystemClock};
 
 void NQ_TInterval::PrintOn(std::ostream& out) const {
   char text[64];
-  const int length = std::snprintf(text, sizeof text, "%.3g s", milliseconds_ / 1000);
+  const int length = std::snprintf(text, sizeof text, "%.6g s", milliseconds_ / 1000);
   out.write(text, length);
 }
 
@@ -33,11 +33,7 @@ void NQ_TInterval::NQ_Unpack(NQ_IUnpacking& unpacking) { milliseconds_ = unpacki
 
 NQ_TTime::NQ_TTime() : milliseconds_(currentClock.load(std::memory_order_relaxed)()) {}
 
-NQ_TTime NQ_TTime::FromMilliseconds(double milliseconds) {
-  NQ_TTime time;
-  time.milliseconds_ = milliseconds;
-  return time;
-}
+NQ_TTime NQ_TTime::FromMilliseconds(double milliseconds) { return NQ_TTime(milliseconds); }
 
 NQ_TTime::TClock NQ_TTime::SetClock(TClock clock) {
   return currentClock.exchange(clock == nullptr ? &SystemClock : clock, std::memory_order_relaxed);
@@ -50,11 +46,11 @@ NQ_TString NQ_TTime::Format(const NQ_TString& pattern) const {
   if (pattern.Empty() || !(std::abs(seconds) < kMaxSeconds)) return {};
   const auto when = static_cast<std::time_t>(seconds);
   if (localtime_r(&when, &local) == nullptr) return {};
-  // A guard character tells an empty result from one that did not fit.
-  const std::string guarded = std::string(pattern.Narrow()) + ' ';
+  // A guard character tells an empty result from one that did not fit. strftime reads up to the first NUL.
+  const std::string guarded = std::string(pattern.c_str()) + ' ';
   for (std::size_t room = 256; room <= kMaxFormatted; room *= 4) {
-    std::string text(room, '\0');
-    const std::size_t length = std::strftime(text.data(), room, guarded.c_str(), &local);
+    std::string text(room + 2, '\0');
+    const std::size_t length = std::strftime(text.data(), text.size(), guarded.c_str(), &local);
     if (length > 0) return NQ_TString(std::string_view(text).substr(0, length - 1));
   }
   return {};

@@ -3,7 +3,7 @@
 
 #include "NQ_TString.h"
 
-/// A span of time; prints as seconds with three significant digits and " s".
+/// A span of time; prints as seconds with at most six significant digits and " s".
 class NQ_EXPORT NQ_TInterval final : public NQ_TValueOf<NQ_TInterval, NQ_TValue, "NQ_TInterval"> {
  public:
   NQ_TInterval() = default;
@@ -35,8 +35,8 @@ class NQ_EXPORT NQ_TTime final : public NQ_TValueOf<NQ_TTime, NQ_TValue, "NQ_TTi
   /// Returns the one before. For repeatable output and tests; any thread.
   static TClock SetClock(TClock clock);
 
-  /// Text by a strftime pattern, in local time. Empty when the pattern is, when the time lies outside the years that
-  /// the calendar can hold, or when the text would exceed 65,536 bytes.
+  /// Text by a strftime pattern, up to its first NUL, in local time. Empty when the pattern is, when the time lies
+  /// outside the years that the calendar can hold, or when the text would exceed 65,536 bytes.
   NQ_TString Format(const NQ_TString& pattern) const;
 
   NQ_TInterval operator-(const NQ_TTime& earlier) const { return NQ_TInterval(milliseconds_ - earlier.milliseconds_); }
@@ -47,5 +47,7 @@ class NQ_EXPORT NQ_TTime final : public NQ_TValueOf<NQ_TTime, NQ_TValue, "NQ_TTi
   void NQ_Unpack(NQ_IUnpacking& unpacking) override;
 
  private:
+  explicit NQ_TTime(double milliseconds) : milliseconds_(milliseconds) {}
+
   double milliseconds_;
 };

@@ -31,7 +31,10 @@ NQ_TURL::NQ_TURL(const NQ_TString& text) {
 
 NQ_TString NQ_TURL::Text() const {
   if (scheme_.Empty() && host_.Empty()) return path_;
-  return scheme_ + "://" + host_ + "/" + path_;
+  NQ_TString text;
+  text.Reserve(scheme_.Length() + host_.Length() + path_.Length() + 4);
+  text.Append(scheme_).Append(std::u16string_view(u"://")).Append(host_).Append(u'/').Append(path_);
+  return text;
 }
 
 NQ_TString NQ_TURL::FileName() const { return path_.Substring(path_.Find('/', -1, true) + 1); }
