@@ -46,8 +46,6 @@ void NQ_EException::NQ_Unpack(NQ_IUnpacking& unpacking) {
   trace_.NQ_Unpack(unpacking);
 }
 
-bool NQ_EException::NQ_IsIdent(const NQ_IPackable& other) const {
-  const auto* const exception = dynamic_cast<const NQ_EException*>(&other);
-  return exception != nullptr && typeid(*this) == typeid(*exception) && message_ == exception->message_ &&
-         data_ == exception->data_ && file_ == exception->file_ && line_ == exception->line_;
+bool NQ_EException::operator==(const NQ_EException& other) const {
+  return message_ == other.message_ && data_ == other.data_ && file_ == other.file_ && line_ == other.line_;
 }

@@ -27,7 +27,6 @@ class NQ_EXPORT NQ_TThrowable : public virtual NQ_TObject,
  public:
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
-  using NQ_IPackable::operator=;
 };
 
 /// Root of the framework's exceptions: message, data, throw site and the sites it passed.
@@ -54,8 +53,8 @@ class NQ_EXPORT NQ_EException : public NQ_TClassOf<NQ_EException, NQ_TThrowable,
   void PrintOn(std::ostream& out) const override;
   void NQ_Pack(NQ_IPacking& packing) const override;
   void NQ_Unpack(NQ_IUnpacking& unpacking) override;
-  /// The same class, message, data and throw site.
-  bool NQ_IsIdent(const NQ_IPackable& other) const override;
+  /// The same message, data and throw site.
+  bool operator==(const NQ_EException& other) const;
 
  private:
   NQ_TString message_;

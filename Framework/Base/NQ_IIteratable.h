@@ -28,8 +28,7 @@ class NQ_EXPORT NQ_IIteratable : public virtual NQ_IInterface {
 /// Reads a container from its first element on.
 class NQ_TConstIterator {
  public:
-  explicit NQ_TConstIterator(const NQ_IIteratable& container)
-      : container_(container), place_(container.FirstPlace()) {}
+  explicit NQ_TConstIterator(const NQ_IIteratable& container) : container_(container), place_(container.FirstPlace()) {}
   bool IsDone() const { return container_.AtEnd(place_); }
   void Next() { container_.Advance(place_); }
   NQ_TString Key() const { return container_.KeyAt(place_); }
@@ -64,5 +63,4 @@ class NQ_EXPORT NQ_TContainer : public NQ_TValue, public NQ_IIteratable {
  public:
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
-  using NQ_TValue::operator=;
 };

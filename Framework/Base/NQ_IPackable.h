@@ -33,6 +33,9 @@ class NQ_EXPORT NQ_IUnpacking {
   virtual double UnpackDouble() = 0;
   virtual NQ_TString UnpackString() = 0;
   virtual NQ_TAny UnpackAny() = 0;
+
+  /// A number of elements that follow. Throws `NQ_EException` when it is negative.
+  std::uint32_t UnpackCount();
 };
 
 /// An object that can be packed, unpacked and copied.
@@ -58,5 +61,8 @@ class NQ_EXPORT NQ_IPackable : public virtual NQ_IInterface {
 
   NQ_IPackable() = default;
   NQ_IPackable(const NQ_IPackable&) = default;
+
+ protected:
+  /// For the classes that derive from it: through references to it nothing would be copied.
   NQ_IPackable& operator=(const NQ_IPackable&) = default;
 };

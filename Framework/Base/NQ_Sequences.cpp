@@ -42,7 +42,7 @@ void NQ_TArray::NQ_Pack(NQ_IPacking& packing) const { PackElements(*this, Count(
 
 void NQ_TArray::NQ_Unpack(NQ_IUnpacking& unpacking) {
   shared_.Reset();
-  for (std::int32_t left = unpacking.UnpackInt32(); left > 0; --left) Add(unpacking.UnpackAny());
+  for (std::uint32_t left = unpacking.UnpackCount(); left > 0; --left) Add(unpacking.UnpackAny());
 }
 
 NQ_TListKey* NQ_TList::Add(NQ_TAny&& value) {
@@ -65,5 +65,5 @@ void NQ_TList::NQ_Pack(NQ_IPacking& packing) const { PackElements(*this, Count()
 
 void NQ_TList::NQ_Unpack(NQ_IUnpacking& unpacking) {
   shared_.Reset();
-  for (std::int32_t left = unpacking.UnpackInt32(); left > 0; --left) Add(unpacking.UnpackAny());
+  for (std::uint32_t left = unpacking.UnpackCount(); left > 0; --left) Add(unpacking.UnpackAny());
 }

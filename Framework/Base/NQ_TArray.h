@@ -11,10 +11,12 @@
 class NQ_EXPORT NQ_TArray final : public NQ_TValueOf<NQ_TArray, NQ_TContainer, "NQ_TArray"> {
  public:
   NQ_TArray() = default;
-  using NQ_TContainer::operator=;
+  using NQ_TClassOf::operator=;
 
   void Add(NQ_TAny value) { shared_.Write().push_back(std::move(value)); }
-  unsigned int Count() const { return shared_.Read() == nullptr ? 0 : static_cast<unsigned int>(shared_.Read()->size()); }
+  unsigned int Count() const {
+    return shared_.Read() == nullptr ? 0 : static_cast<unsigned int>(shared_.Read()->size());
+  }
   /// The element, or null when the index is past the end.
   const NQ_TAny* At(unsigned int index) const { return index < Count() ? &(*shared_.Read())[index] : nullptr; }
   /// The element; null elements are added up to it when the index is past the end.

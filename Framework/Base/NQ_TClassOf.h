@@ -28,8 +28,8 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
 
   /// The class object; the class becomes known to the class registry when this first runs, not at load time.
   static NQ_TClass& NQ_ClassObject() {
-    static NQ_TClass& classObject = NQ_TClass::GetClassObject(
-        false, Name.text, sizeof(Self), &Parent::NQ_ClassObject(), &NQ_Create, nullptr, Self::NQ_Interfaces());
+    static NQ_TClass& classObject = NQ_TClass::GetClassObject(false, Name.text, sizeof(Self), &Parent::NQ_ClassObject(),
+                                                              &NQ_Create, nullptr, Self::NQ_Interfaces());
     classObject.SetInUse();
     return classObject;
   }
@@ -53,27 +53,30 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
     return new (std::nothrow) Self(static_cast<const Self&>(*this));
   }
   NQ_IPackable* NQ_Move() override { return new (std::nothrow) Self(std::move(static_cast<Self&>(*this))); }
-  void NQ_PackClassObject(NQ_IPacking& packing) const override { packing.BeginClass(Name.text), packing.EndClass(Name.text); }
+  /// Whether the other object is of just this class and equal by `operator==`.
+  bool NQ_IsIdent(const NQ_IPackable& other) const override {
+    const auto* const object = dynamic_cast<const Self*>(&other);
+    return object != nullptr && &object->ClassObject() == &this->ClassObject() &&
+           static_cast<const Self&>(*this) == *object;
+  }
+  /// Replaces the content from packed input, as `NQ_Unpack` does.
+  Self& operator=(NQ_IUnpacking& unpacking) {
+    this->NQ_Unpack(unpacking);
+    return static_cast<Self&>(*this);
+  }
+  void NQ_PackClassObject(NQ_IPacking& packing) const override {
+    packing.BeginClass(Name.text), packing.EndClass(Name.text);
+  }
 };
 
-/// Root of the value types: packable, printable objects. Its interfaces are no virtual bases themselves (only their root
-/// is one): a value is made and destroyed in half the time.
+/// Root of the value types: packable, printable objects. Its interfaces are no virtual bases themselves (only their
+/// root is one): a value is made and destroyed in half the time.
 class NQ_EXPORT NQ_TValue : public virtual NQ_TObject, public NQ_IPackable, public NQ_IPrintable {
  public:
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
-  using NQ_IPackable::operator=;
 };
 
-/// Glue of a value type: class glue, and comparison of content through `operator==` of `Self`.
+/// Glue of a value type.
 template <class Self, class Parent, NQ_TClassNameLiteral Name>
-class NQ_EXPORT NQ_TValueOf : public NQ_TClassOf<Self, Parent, Name> {
- public:
-  using NQ_TClassOf<Self, Parent, Name>::NQ_TClassOf;
-  NQ_TValueOf() = default;
-
-  bool NQ_IsIdent(const NQ_IPackable& other) const override {
-    const auto* object = dynamic_cast<const Self*>(&other);
-    return object != nullptr && static_cast<const Self&>(*this) == *object;
-  }
-};
+using NQ_TValueOf = NQ_TClassOf<Self, Parent, Name>;

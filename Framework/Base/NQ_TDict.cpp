@@ -3,10 +3,12 @@
 #include <absl/container/flat_hash_set.h>
 
 #include <atomic>
+#include <iterator>
 #include <memory>
 #include <ostream>
 
 #include "NQ_EException.h"
+#include "NQ_Utf.h"
 
 namespace {
 
@@ -71,7 +73,9 @@ class NQ_TDict::TContent {
     }
   }
   TContent& operator=(const TContent&) = delete;
-  ~TContent() { Clear(); }
+  ~TContent() {
+    while (first_ != nullptr) delete std::exchange(first_, first_->next);
+  }
 
   void Reserve(unsigned int capacity) {
     if (capacity > kKeysWithoutIndex) index_.reserve(capacity);
@@ -105,22 +109,13 @@ class NQ_TDict::TContent {
     delete node;
   }
 
-  void Clear() {
-    index_.clear();
-    indexed_ = false;
-    while (first_ != nullptr) delete std::exchange(first_, first_->next);
-    last_ = nullptr;
-    size_ = 0;
-    version_ = NextVersion();
-  }
-
   const TNode* First() const { return first_; }
   unsigned int Size() const { return size_; }
   std::uint64_t Version() const { return version_; }
 
  private:
   TNode& Insert(const NQ_TString& key, std::uint64_t hash) {
-    auto owned = std::make_unique<TNode>(TNode{key, hash, {}, nullptr, last_});
+    std::unique_ptr<TNode> owned(new TNode{key, hash, {}, nullptr, last_});
     if (indexed_) index_.insert(owned.get());
     TNode* const node = owned.release();
     (last_ == nullptr ? first_ : last_->next) = node;
@@ -172,6 +167,15 @@ const NQ_TAny* NQ_TDict::ValueOfKey(const NQ_IHashable& key) const {
   return node == nullptr ? nullptr : &node->value;
 }
 
+// A key of usual length needs no string of its own.
+const NQ_TAny* NQ_TDict::ValueOfKey(const char* key) const {
+  char16_t units[64];
+  const std::string_view utf8(key == nullptr ? "" : key);
+  if (utf8.size() > std::size(units)) return ValueOfKey(NQ_TString(utf8));
+  const std::u16string_view text(units, nq::Utf8ToUtf16(utf8, units));
+  return ValueOfText(text, NQ_TString::HashOf(text));
+}
+
 const NQ_TAny* NQ_TDict::ValueOfText(std::u16string_view key, std::uint64_t hash) const {
   const TContent* const content = shared_.Read();
   const TNode* const node = content == nullptr ? nullptr : content->Find(TWanted(key, hash));
@@ -195,9 +199,7 @@ void NQ_TDict::Remove(const NQ_IHashable& key) {
   if (HasKey(key)) shared_.Write().Remove(key.KeyText());
 }
 
-void NQ_TDict::Clear() {
-  if (!IsEmpty()) shared_.Write().Clear();
-}
+void NQ_TDict::Clear() { shared_.Reset(); }
 
 unsigned int NQ_TDict::Size() const { return shared_.Read() == nullptr ? 0 : shared_.Read()->Size(); }
 
@@ -230,7 +232,7 @@ void NQ_TDict::NQ_Pack(NQ_IPacking& packing) const {
 
 void NQ_TDict::NQ_Unpack(NQ_IUnpacking& unpacking) {
   Clear();
-  for (std::int32_t left = unpacking.UnpackInt32(); left > 0; --left) {
+  for (std::uint32_t left = unpacking.UnpackCount(); left > 0; --left) {
     const NQ_TString key = unpacking.UnpackString();
     Add(key, unpacking.UnpackAny());
   }

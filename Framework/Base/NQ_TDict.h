@@ -28,7 +28,7 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
   ~NQ_TDict() override;
   NQ_TDict& operator=(const NQ_TDict& other);
   NQ_TDict& operator=(NQ_TDict&& other) noexcept;
-  using NQ_TContainer::operator=;
+  using NQ_TClassOf::operator=;
 
   /// Stores the value under the key, in place of an earlier one.
   NQ_TDict& Add(const NQ_IHashable& key, NQ_TAny&& value);
@@ -40,7 +40,7 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
 
   /// The stored value, or null when the key is absent.
   const NQ_TAny* ValueOfKey(const NQ_IHashable& key) const;
-  const NQ_TAny* ValueOfKey(const char* key) const { return ValueOfKey(NQ_TString(key)); }
+  const NQ_TAny* ValueOfKey(const char* key) const;
   const NQ_TAny* ValueOfKey(const wchar_t* key) const { return ValueOfKey(NQ_TString(key)); }
   /// The same for a key given as text and its `NQ_TString::HashOf`; makes no string.
   const NQ_TAny* ValueOfText(std::u16string_view key, std::uint64_t hash) const;
@@ -64,7 +64,8 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
   }
   template <class T>
   const T* Get(const char* key) const {
-    return Get<T>(NQ_TString(key));
+    const NQ_TAny* value = ValueOfKey(key);
+    return value == nullptr ? nullptr : value->As<T>();
   }
 
   /// Removes the key and its value; an absent key is no error.
@@ -74,8 +75,8 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
   bool IsEmpty() const { return Size() == 0; }
   unsigned int Size() const;
 
-  /// Grows with every key that is added or removed, and never takes a value twice within one dictionary: while it is
-  /// unchanged, addresses of values found earlier are still right, and so is the absence of a key.
+  /// Changes with every key that is added or removed, and never comes back for other keys: while it is unchanged,
+  /// addresses of values found earlier are still right, and so is the absence of a key.
   std::uint64_t KeysVersion() const;
 
   /// Equal keys with equal values, whatever their order.

@@ -16,11 +16,13 @@ struct NQ_TListKey {
 class NQ_EXPORT NQ_TList final : public NQ_TValueOf<NQ_TList, NQ_TContainer, "NQ_TList"> {
  public:
   NQ_TList() = default;
-  using NQ_TContainer::operator=;
+  using NQ_TClassOf::operator=;
 
   /// Appends, and returns the position of the value.
   NQ_TListKey* Add(NQ_TAny&& value);
-  unsigned int Count() const { return shared_.Read() == nullptr ? 0 : static_cast<unsigned int>(shared_.Read()->size()); }
+  unsigned int Count() const {
+    return shared_.Read() == nullptr ? 0 : static_cast<unsigned int>(shared_.Read()->size());
+  }
   /// The value at the index, or null when it is past the end.
   const NQ_TAny* At(unsigned int index) const { return index < Count() ? &(*shared_.Read())[index].value : nullptr; }
   /// Whether the list has an equal value.

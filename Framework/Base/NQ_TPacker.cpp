@@ -15,7 +15,9 @@ namespace {
 
 constexpr int kMaxDepth = 200;  // objects in objects; bounds the stack that unpacking takes
 
-[[noreturn]] void Malformed(const char* what) { nq::Throw(NQ_EException(NQ_TString("Malformed packed data: ") + what)); }
+[[noreturn]] void Malformed(const char* what) {
+  nq::Throw(NQ_EException(NQ_TString("Malformed packed data: ") + what));
+}
 
 // Classes register lazily; those that travel in variants must be known before the first one arrives.
 void RegisterValueClasses() {
@@ -24,6 +26,8 @@ void RegisterValueClasses() {
     NQ_TDouble::NQ_ClassObject(), NQ_TTime::NQ_ClassObject(), NQ_TInterval::NQ_ClassObject();
     NQ_TURL::NQ_ClassObject(), NQ_TDict::NQ_ClassObject(), NQ_TTree::NQ_ClassObject();
     NQ_TArray::NQ_ClassObject(), NQ_TList::NQ_ClassObject(), NQ_EException::NQ_ClassObject();
+    NQ_EIllegalCastFromAny::NQ_ClassObject(), NQ_ENoMatchingTreeKey::NQ_ClassObject();
+    NQ_EEntryIsNotASubtree::NQ_ClassObject(), NQ_EOutOfMemory::NQ_ClassObject();
     return true;
   }();
   static_cast<void>(done);
@@ -66,7 +70,7 @@ void NQ_TPacker::PackAny(const NQ_TAny& value) {
     return;
   }
   const auto* const object = value.As<NQ_IPackable>();
-  if (object == nullptr) nq::Throw(NQ_EException("An object held by reference cannot be packed"));
+  if (object == nullptr) nq::Throw(NQ_EException("The object held by reference cannot be packed"));
   bytes_.push_back('*');
   BeginClass(value.ClassName());
   object->NQ_Pack(*this);
@@ -115,6 +119,7 @@ double NQ_TUnpacker::UnpackDouble() { return std::bit_cast<double>(Number('d', 8
 NQ_TString NQ_TUnpacker::UnpackString() {
   const std::size_t length = Number('s', 4);
   const std::string_view bytes = Take(length * 2);
+  if (length == 0) return {};
   NQ_TString text;
   char16_t* const out = text.AppendUninitialized(static_cast<unsigned int>(length));
   for (std::size_t i = 0; i < length; ++i) {

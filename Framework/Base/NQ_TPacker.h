@@ -26,7 +26,7 @@ class NQ_EXPORT NQ_TPacker final : public NQ_IPacking {
   void PackInt32(std::int32_t value) override;
   void PackDouble(double value) override;
   void PackString(const NQ_TString& value) override;
-  /// Throws NQ_EException for an object held by reference.
+  /// An object held by reference is packed like a copy of it; one that cannot be packed throws NQ_EException.
   void PackAny(const NQ_TAny& value) override;
 
   const std::string& Bytes() const { return bytes_; }

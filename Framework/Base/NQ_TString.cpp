@@ -7,7 +7,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
+#include <memory>
 #include <new>
 #include <ostream>
 #include <stdexcept>
@@ -17,7 +17,7 @@
 namespace {
 
 // Positions are ints, and ICU's lengths too.
-constexpr std::size_t kMaxLength = std::numeric_limits<std::int32_t>::max() - 16;
+constexpr std::size_t kMaxLength = (std::size_t{1} << 31) - 16;
 
 template <class Char>
 std::basic_string_view<Char> Counted(const Char* text, int length) {
@@ -183,12 +183,24 @@ std::string_view NQ_TString::Narrow() const {
   return {made->Bytes(), made->size};
 }
 
+bool NQ_TString::operator==(const char* utf8) const {
+  const char* at = utf8 == nullptr ? "" : utf8;
+  for (const char16_t unit : StringView()) {  // ASCII needs no conversion
+    const auto byte = static_cast<unsigned char>(*at++);
+    if (byte >= 0x80) return *this == NQ_TString(utf8);
+    if (byte != unit || byte == 0) return false;
+  }
+  return *at == 0;
+}
+
+bool NQ_TString::operator==(const char16_t* utf16) const { return Equals(Counted(utf16, -1)); }
+
 int NQ_TString::Find(const NQ_TString& needle, int start, bool reverse) const {
   return FindIn(StringView(), needle.StringView(), start, reverse);
 }
 
 int NQ_TString::Find(const char* needle, int start, bool reverse) const {
-  return FindIn(StringView(), Utf16Of(needle), start, reverse);
+  return FindIn(StringView(), Utf16Of(Counted(needle, -1)), start, reverse);
 }
 
 int NQ_TString::Find(NQ_TUniChar needle, int start, bool reverse) const {
@@ -202,32 +214,23 @@ bool NQ_TString::StartsWith(const NQ_TString& prefix, int) const {
   return StringView().starts_with(prefix.StringView());
 }
 
-// Greedy from the left: after a "*" the earliest place at which the rest fits is tried first, and only the last "*"
-// ever needs to be tried again.
+// Each piece between two "*" is taken where it first occurs: a later place could only leave less to the rest.
 bool NQ_TString::Match(const NQ_TString& pattern, int) const {
-  const std::u16string_view text = StringView();
-  const std::u16string_view wild = pattern.StringView();
   constexpr auto kNone = std::u16string_view::npos;
-  std::size_t t = 0;
-  std::size_t w = 0;
-  std::size_t star = kNone;
-  std::size_t resume = 0;
-  while (t < text.size()) {
-    if (w < wild.size() && wild[w] == u'*') {
-      star = w++;
-      if (w == wild.size()) return true;
-      resume = t;
-    } else if (w < wild.size() && wild[w] == text[t]) {
-      ++w;
-      ++t;
-    } else if (star != kNone) {
-      w = star + 1;
-      t = ++resume;
-    } else {
-      return false;
-    }
+  std::u16string_view text = StringView();
+  std::u16string_view wild = pattern.StringView();
+  std::size_t star = wild.find(u'*');
+  if (star == kNone) return text == wild;
+  if (!text.starts_with(wild.substr(0, star))) return false;
+  text.remove_prefix(star);
+  for (;;) {
+    wild.remove_prefix(star + 1);
+    star = wild.find(u'*');
+    if (star == kNone) return text.ends_with(wild);
+    const std::size_t found = text.find(wild.substr(0, star));
+    if (found == kNone) return false;
+    text.remove_prefix(found + star);
   }
-  return wild.find_first_not_of(u'*', w) == kNone;
 }
 
 NQ_TString NQ_TString::Substring(int start, int length) const {
@@ -284,17 +287,17 @@ void NQ_TString::MapCase(bool upper) {
 }
 
 NQ_TString& NQ_TString::Append(const NQ_TString& other) {
-  if (Empty()) return *this = other;
+  if (text_ == nullptr) return *this = other;
   return Append(other.StringView());
 }
 
 NQ_TString& NQ_TString::Append(std::u16string_view units) {
   if (units.empty()) return *this;
-  // An alias of this very text must outlive the growth of it.
+  if (units.size() > kMaxLength) throw std::length_error("NQ_TString: text too long");
+  // What lies inside this very text must outlive the growth of it.
   const bool inside = text_ != nullptr && std::less_equal<>()(text_->Units(), units.data()) &&
                       std::less_equal<>()(units.data(), text_->Units() + text_->capacity);
-  const NQ_TString keep = inside ? *this : NQ_TString();
-  if (units.size() > kMaxLength) throw std::length_error("NQ_TString: text too long");
+  const std::unique_ptr<TText, decltype(&Release)> keep(inside ? Share(text_) : nullptr, &Release);
   char16_t* const end = AppendUninitialized(static_cast<unsigned int>(units.size()));
   std::memcpy(end, units.data(), units.size() * sizeof(char16_t));
   return *this;
@@ -365,5 +368,5 @@ NQ_TClass::TInterfaceNames NQ_TString::NQ_Interfaces() {
 
 const void* NQ_TString::NQ_DynamicInfo(const char* name) const {
   if (name != nullptr && std::strcmp(name, "NQ_IHashable") == 0) return static_cast<const NQ_IHashable*>(this);
-  return NQ_TValueOf::NQ_DynamicInfo(name);
+  return NQ_TClassOf::NQ_DynamicInfo(name);
 }

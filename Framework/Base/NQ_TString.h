@@ -46,7 +46,7 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   NQ_TString& operator=(NQ_TString&& other) noexcept;
   NQ_TString& operator=(const char* utf8);
   NQ_TString& operator=(const wchar_t* wide);
-  using NQ_TValue::operator=;
+  using NQ_TClassOf::operator=;
 
   /// Text formatted exactly as printf does. The format must be the program's own, never one that came from outside.
   static NQ_TString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
@@ -76,7 +76,7 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   bool StartsWith(const NQ_TString& prefix, int flags = 0) const;
   bool BeginsWith(const NQ_TString& prefix, int flags = 0) const { return StartsWith(prefix, flags); }
   /// Wildcard match of the whole text: "*" matches any run of characters, everything else itself. The flags change
-  /// nothing. Takes time linear in the text for a pattern with one "*", and never more than length times pattern.
+  /// nothing. Takes time linear in both for a pattern with one "*", and never more than length times pattern.
   bool Match(const NQ_TString& pattern, int flags = 0) const;
 
   /// At most length characters from start on; length −1: to the end. A start past the end gives the empty string, a
@@ -110,9 +110,9 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   NQ_TString operator+(const char* utf8) const { return *this + NQ_TString(utf8); }
 
   bool operator==(const NQ_TString& other) const { return text_ == other.text_ || Equals(other.StringView()); }
-  bool operator==(const char* utf8) const { return *this == NQ_TString(utf8); }
+  bool operator==(const char* utf8) const;
   bool operator==(const wchar_t* wide) const { return *this == NQ_TString(wide); }
-  bool operator==(const char16_t* utf16) const { return Equals(std::u16string_view(utf16)); }
+  bool operator==(const char16_t* utf16) const;
   /// By code units.
   bool operator<(const NQ_TString& other) const { return StringView() < other.StringView(); }
   bool Equals(std::u16string_view units) const {
@@ -145,10 +145,10 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   struct TText {
     std::atomic<std::uint32_t> owners{1};
     std::uint32_t length = 0;
-    std::uint32_t capacity = 0;               // units, the NUL not counted
-    std::atomic<std::uint64_t> hash{0};       // 0: not computed yet
-    std::atomic<TNarrow*> narrow{nullptr};    // null: not made yet
-    std::atomic<TNarrow*> spare{nullptr};     // memory of an earlier narrow form, to be used again
+    std::uint32_t capacity = 0;             // units, the NUL not counted
+    std::atomic<std::uint64_t> hash{0};     // 0: not computed yet
+    std::atomic<TNarrow*> narrow{nullptr};  // null: not made yet
+    std::atomic<TNarrow*> spare{nullptr};   // memory of an earlier narrow form, to be used again
 
     char16_t* Units() { return reinterpret_cast<char16_t*>(this + 1); }
     const char16_t* Units() const { return reinterpret_cast<const char16_t*>(this + 1); }

@@ -15,8 +15,3 @@ const NQ_TAny& NQ_TTree::ValueAtPath(const NQ_TString& path, const NQ_TString& s
     begin = end + static_cast<int>(separator.Length());
   }
 }
-
-bool NQ_TTree::NQ_IsIdent(const NQ_IPackable& other) const {
-  const auto* const tree = dynamic_cast<const NQ_TTree*>(&other);
-  return tree != nullptr && *this == *tree;
-}

@@ -14,6 +14,4 @@ class NQ_EXPORT NQ_TTree final : public NQ_TClassOf<NQ_TTree, NQ_TDict, "NQ_TTre
   /// The value at the end of a path of keys joined by the separator. Throws NQ_ENoMatchingTreeKey when a key is
   /// missing, NQ_EEntryIsNotASubtree when an entry on the way is no tree, each with the path as data.
   const NQ_TAny& ValueAtPath(const NQ_TString& path, const NQ_TString& separator) const;
-
-  bool NQ_IsIdent(const NQ_IPackable& other) const override;
 };

@@ -15,7 +15,7 @@ class NQ_EXPORT NQ_TURL final : public NQ_TValueOf<NQ_TURL, NQ_TValue, "NQ_TURL"
   NQ_TURL() = default;
   /// Text with "://" is scheme, host (up to the next "/") and path; text without it is a path only.
   explicit NQ_TURL(const NQ_TString& text);
-  using NQ_TValue::operator=;
+  using NQ_TClassOf::operator=;
 
   const NQ_TString& Scheme() const { return scheme_; }
   const NQ_TString& Host() const { return host_; }

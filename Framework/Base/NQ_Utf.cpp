@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t kBlock = 16;  // units looked at together
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-// A block of bytes and one of UTF-16 units. Written with the compilers' vector types: whether they turn a plain loop into
-// vector code depends on the optimisation level.
+// A block of bytes and one of UTF-16 units. Written with the compilers' vector types: whether they turn a plain loop
+// into vector code depends on the optimisation level.
 typedef std::uint8_t TBytes __attribute__((vector_size(kBlock)));
 typedef std::uint16_t TUnits __attribute__((vector_size(2 * kBlock)));
 
@@ -46,7 +46,8 @@ std::size_t CopyAscii(const From* in, std::size_t length, To* out) {
   std::size_t done = 0;
   while (length - done >= kBlock && CopyBlock(in + done, out + done)) done += kBlock;
   // The last block may overlap the one before.
-  if (length - done < kBlock && length >= kBlock && CopyBlock(in + length - kBlock, out + length - kBlock)) return length;
+  if (length - done < kBlock && length >= kBlock && CopyBlock(in + length - kBlock, out + length - kBlock))
+    return length;
   while (done < length && static_cast<std::make_unsigned_t<From>>(in[done]) < 0x80) {
     out[done] = static_cast<To>(in[done]);
     ++done;
