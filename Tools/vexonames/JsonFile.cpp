@@ -92,7 +92,7 @@ class TBuilder final : public TJson::json_sax_t {
     std::string path;
     for (const TLevel& level : levels_) {
       if (level.container->is_array()) {
-        path += '[' + std::to_string(level.container->size()) + ']';
+        path += '[' + std::to_string(level.container->size() - 1) + ']';
       } else {
         path = PathTo(path, level.key);
       }

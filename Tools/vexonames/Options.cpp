@@ -5,6 +5,8 @@
 #include <iostream>
 
 #include "Errors.h"
+#include "Suggest.h"
+#include "Text.h"
 #include "TimeText.h"
 
 namespace {
@@ -108,6 +110,16 @@ int Refuse(const std::string& what) {
   return kExitBadInput;
 }
 
+// The parser would only say that a command is missing.
+std::optional<int> RefuseCommand(const CLI::App& app) {
+  const std::vector<std::string> others = app.remaining();
+  if (!app.get_subcommands().empty() || others.empty() || others.front().starts_with('-')) return std::nullopt;
+  std::vector<NQ_TString> commands;
+  for (const CLI::App* command : app.get_subcommands({})) commands.emplace_back(std::string_view(command->get_name()));
+  const NQ_TString given{std::string_view(others.front())};
+  return Refuse("there is no command '" + Printable(others.front()) + '\'' + Suggestion(given, commands));
+}
+
 std::optional<int> Read(const TParser& parser, TOptions& options) {
   using TCommand = TOptions::TCommand;
   options.command = parser.resolve->parsed()     ? TCommand::Resolve
@@ -123,7 +135,8 @@ std::optional<int> Read(const TParser& parser, TOptions& options) {
   if (const std::optional<std::string> now = TextOf(*parser.now)) {
     options.now = ParseTime(*now);
     if (!options.now)
-      return Refuse("--now: '" + *now + "' is no time such as 2026-05-17T13:05:00+02:00, nor milliseconds since 1970");
+      return Refuse("--now: '" + Printable(*now) +
+                    "' is no time such as 2026-05-17T13:05:00+02:00, nor milliseconds since 1970");
   }
   if (options.prefix.empty() || options.suffix.empty()) return Refuse("--prefix and --suffix cannot be empty");
   return std::nullopt;
@@ -136,6 +149,7 @@ std::optional<int> ParseOptions(int count, const char* const* arguments, TOption
   try {
     parser.app.parse(Marked(count, arguments));
   } catch (const CLI::ParseError& end) {
+    if (const std::optional<int> code = RefuseCommand(parser.app)) return code;
     const int code = parser.app.exit(end);
     return code == 0 && std::cout.flush() ? 0 : kExitBadInput;
   }

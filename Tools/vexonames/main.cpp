@@ -13,13 +13,14 @@
 #include "Context.h"
 #include "Errors.h"
 #include "NQ_EException.h"
+#include "Text.h"
 #include "TimeText.h"
 
 namespace {
 
 // Counted in UTF-16 units, per template: room for any text that a person would look at, and a value that doubles
 // itself again and again ends before it takes all memory.
-constexpr std::int64_t kMostCharacters = std::int64_t{64} * 1024 * 1024;
+constexpr std::int64_t kMostCharacters = std::int64_t{16} * 1024 * 1024;
 
 double fixedNow = 0;
 
@@ -30,7 +31,7 @@ void UseNow(const NQ_TTime& now) {
 
 int Run(const TOptions& options) {
   if (options.zone && !UseZone(*options.zone))
-    throw TInputError("--zone: the system knows no time zone '" + *options.zone + "'");
+    throw TInputError("--zone: the system knows no time zone '" + Printable(*options.zone) + "'");
   if (options.now) UseNow(*options.now);
   TName names;
   TNameLimits limits;
