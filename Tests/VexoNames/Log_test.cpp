@@ -35,9 +35,10 @@ Lines Split(const std::string& key, const std::string& format = "", const std::s
 Lines Value(const std::string& key, const std::string& value) {
   return {"2TName::LookupHandler: Called function", "2TName::LookupHandler: Key = \"" + key + "\", Value = " + value};
 }
+/// The stages without a specification, and the formatting options.
 Lines Stages(const std::string& key) {
   return {"2TName::TNameElemHandler: Key = \"" + key + "\"", "2TName::TNameExtractHandler: Key = \"" + key + "\"",
-          "2TName::TNameRegexHandler: Key = \"" + key + "\""};
+          "2TName::TNameRegexHandler: Key = \"" + key + "\"", "2TName::ApplyFormattingOptions: key = \"" + key + "\""};
 }
 Lines Template(const std::string& text) { return {"1TName::Resolve: \"" + text + "\""}; }
 Lines Outcome(const std::string& text, const std::string& resolved) {
@@ -222,7 +223,8 @@ TEST(Log, Resolution) {
                    "2TName::TNameExtractHandler: extract string = \"0,1\"",
                    "2TName::TNameExtractHandler: Key = \"N\", value = \"7\"", "2TName::TNameRegexHandler: Key = \"N\"",
                    "2TName::TNameRegexHandler: RegEx string = \"(.)\"",
-                   "2TName::TNameRegexHandler: Key = \"N\", value = \"7\""}})},
+                   "2TName::TNameRegexHandler: Key = \"N\", value = \"7\"",
+                   "2TName::ApplyFormattingOptions: key = \"N\""}})},
       {"a stage fails", [](TName& n) { ResolvedToken(n, "N elem=\"bad\""); },
        Join({Split("N", "", "bad"), Value("N", "7"),
              Lines{"2TName::TNameElemHandler: Key = \"N\"", "2TName::TNameElemHandler: elem string = \"bad\""}})},

@@ -42,6 +42,7 @@
 namespace templatenames {
 class TEntry;
 class TNameStore;
+struct TEntrySlots;
 struct TKeptTemplate;
 struct TMarkers;
 struct TToken;
@@ -168,6 +169,12 @@ class NQ_EXPORT TName {
   /// Records a query to a service: host (a template), server ("#" and a port, or a service name), method, parameters.
   void SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method, NQ_TDict params);
 
+  // ---- Formatting.cpp: what is done to a text last
+
+  /// Stores a copy of the options in place of earlier ones. "DataFormat" chooses the formatter, "TEXT", "NUMBER" or
+  /// "DATETIME"; Docs/formatting-options.md lists what each of them reads.
+  void SetFormattingOptions(const NQ_TString& key, const NQ_TDict& options);
+
   // ---- Handlers.cpp: which handlers produce values
 
   /// The clear flag removes the name's value too. An object is not owned.
@@ -240,6 +247,9 @@ class NQ_EXPORT TName {
   void DefineLookup(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
   int Count(const NQ_TString& key, int step);
 
+  // Formatting.cpp
+  bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);
+
   // Translation.cpp
   bool TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const;
 
@@ -258,10 +268,11 @@ class NQ_EXPORT TName {
   templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
   const char* ExceededLimit() const;
   bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
-  bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
-  bool AppendStages(templatenames::TToken& token, templatenames::TEntry& entry, std::u16string_view text,
+  bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry,
+                        const templatenames::TEntrySlots& slots, NQ_TString& out, int& count);
+  bool AppendStages(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,
                     NQ_TString& out);
-  bool AppendStoredNumber(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out);
+  bool AppendStoredNumber(templatenames::TToken& token, const templatenames::TEntrySlots& slots, NQ_TString& out);
   bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
   bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
   void ResolveNested(templatenames::TEntry& entry, NQ_TAny& value, int& count);

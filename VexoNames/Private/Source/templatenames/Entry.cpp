@@ -18,7 +18,7 @@ void TEntry::FindSlots() {
             ValueOfKey(keys.format),        ValueOfKey(keys.typeHandler),
             ValueOfKey(keys.lookupHandler), ValueOfKey(keys.lookupHandler2),
             ValueOfKey(keys.elem),          ValueOfKey(keys.extract),
-            ValueOfKey(keys.regex)};
+            ValueOfKey(keys.regex),         ValueOfKey(keys.formattingOptions)};
   slotsVersion_ = KeysVersion();
 }
 

@@ -17,6 +17,7 @@ struct TEntrySlots {
   NQ_TAny* elem = nullptr;
   NQ_TAny* extract = nullptr;
   NQ_TAny* regex = nullptr;
+  NQ_TAny* formattingOptions = nullptr;
 };
 
 /// Used under the registry lock. To everybody else it is an NQ_TDict, by class name too.

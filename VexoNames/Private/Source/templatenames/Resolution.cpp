@@ -188,7 +188,14 @@ bool TName::AppendToken(std::u16string_view tokenText, NQ_TString& out, int& cou
 // Appends the value of a token; on failure counts it and leaves the text as it was.
 bool TName::AppendToken(TToken& token, NQ_TString& out, int& count) {
   if (token.text.empty()) return true;
-  if (AppendStoredValue(token, out, count)) return true;
+  const unsigned int begin = out.Length();
+  if (AppendStoredValue(token, out, count)) {
+    if (budget_.characters >= 0) return true;
+    out.Truncate(begin);
+    LogToken(NQ_TString(token.parts.key), ExceededLimit());
+    ++count;
+    return false;
+  }
   NQ_TString value;
   if (!ResolveTokenEx(token, value, count)) return false;
   AppendText(value.StringView(), out);

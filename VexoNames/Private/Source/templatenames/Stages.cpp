@@ -16,9 +16,13 @@ using templatenames::TStageError;
 
 namespace {
 
-/// What a stage is to do: the token's attribute, else the name's own; null when there is neither.
-const NQ_TString* SpecificationOf(const NQ_TString& attribute, const NQ_TDict& entry, const NQ_TString& definitionKey) {
-  return attribute.Empty() ? entry.Get<NQ_TString>(definitionKey) : &attribute;
+/// What a stage is to do: the token's attribute, else the name's own; null when there is neither. False when the name's
+/// own is no text.
+bool ReadSpecification(const NQ_TString& attribute, const NQ_TDict& entry, const NQ_TString& definitionKey,
+                       const NQ_TString*& specification) {
+  const NQ_TAny* const own = attribute.Empty() ? entry.ValueOfKey(definitionKey) : nullptr;
+  specification = own == nullptr ? (attribute.Empty() ? nullptr : &attribute) : own->As<NQ_TString>();
+  return own == nullptr || specification != nullptr;
 }
 
 TName::TName_Error ErrorCode(TStageError error) {
@@ -43,7 +47,8 @@ bool TName::TNameElemHandler(const NQ_TString& key, const NQ_TString& input, con
                              NQ_TDict* entry, TName* names, NQ_TString& result) {
   const bool logs = names->Logs(2);
   if (logs) Log("TName::TNameElemHandler: Key = \"", key, '"');
-  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().elem);
+  const NQ_TString* specification = nullptr;
+  if (!ReadSpecification(attribute, *entry, Keys().elem, specification)) return false;
   if (specification == nullptr) return result = input, true;
   if (logs) Log("TName::TNameElemHandler: elem string = \"", *specification, '"');
   std::u16string_view separator;
@@ -59,7 +64,8 @@ bool TName::TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, 
                                 NQ_TDict* entry, TName* names, NQ_TString& result) {
   const bool logs = names->Logs(2);
   if (logs) Log("TName::TNameExtractHandler: Key = \"", key, '"');
-  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().extract);
+  const NQ_TString* specification = nullptr;
+  if (!ReadSpecification(attribute, *entry, Keys().extract, specification)) return false;
   if (specification == nullptr) return result = input, true;
   if (logs) Log("TName::TNameExtractHandler: extract string = \"", *specification, '"');
   int start = 0;
@@ -75,7 +81,8 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
                               NQ_TDict* entry, TName* names, NQ_TString& result) {
   const bool logs = names->Logs(2);
   if (logs) Log("TName::TNameRegexHandler: Key = \"", key, '"');
-  const NQ_TString* const specification = SpecificationOf(attribute, *entry, Keys().regex);
+  const NQ_TString* specification = nullptr;
+  if (!ReadSpecification(attribute, *entry, Keys().regex, specification)) return false;
   if (specification == nullptr) return result = input, true;
   const NQ_TString pattern = *specification;
   if (logs) Log("TName::TNameRegexHandler: RegEx string = \"", pattern, '"');

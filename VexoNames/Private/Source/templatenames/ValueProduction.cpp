@@ -1,5 +1,5 @@
 // TName: how the value of one token is produced. The steps: warn hook, registry, lookup (the user's hook first), nested
-// resolution of a string value, type handler, the stages elem, extract and regex.
+// resolution of a string value, type handler, the stages elem, extract and regex, formatting options.
 //
 // Most tokens are names with a stored value and the library's own handlers; AppendStoredValue writes those without
 // making a value of its own, and leaves everything else, failures included, to ProduceValue.
@@ -26,6 +26,8 @@ using templatenames::TToken;
 using templatenames::TypeFunctionIn;
 
 namespace {
+
+constexpr const char* kTooManyCharacters = " More characters than the limit allows";
 
 /// Keeps the entry in hand alive while handlers run.
 class TPin {
@@ -56,25 +58,24 @@ bool HasStages(const TToken& token, const TEntrySlots& slots) {
   return token.parts.HasStages() || slots.elem != nullptr || slots.extract != nullptr || slots.regex != nullptr;
 }
 
-/// What a stage is to do: the token's attribute, else the name's own.
-std::optional<std::u16string_view> StageOf(std::u16string_view attribute, const NQ_TAny* own) {
+/// What a stage is to do: the token's attribute, else the name's own. The name's may be of another class.
+std::u16string_view StageOf(std::u16string_view attribute, const NQ_TAny* own) {
   if (!attribute.empty()) return attribute;
-  const auto* const text = own == nullptr ? nullptr : own->As<NQ_TString>();
-  return text == nullptr ? std::nullopt : std::optional(text->StringView());
+  const auto* const text = own->As<NQ_TString>();
+  return text == nullptr ? std::u16string_view() : text->StringView();
 }
 
 /// The format of the name; empty when it has none.
-std::u16string_view FormatOf(TEntry& entry) {
-  const NQ_TAny* const format = entry.Slots().format;
-  const auto* const text = format == nullptr ? nullptr : format->As<NQ_TString>();
+std::u16string_view FormatOf(const TEntrySlots& slots) {
+  const auto* const text = slots.format == nullptr ? nullptr : std::as_const(*slots.format).As<NQ_TString>();
   return text == nullptr ? std::u16string_view() : text->StringView();
 }
 
 /// The token's format, else the name's if it is the type's own; null when it is another one, or refused.
-const TPrintfFormat* IntegerFormatOf(TToken& token, TEntry& entry) {
+const TPrintfFormat* IntegerFormatOf(TToken& token, const TEntrySlots& slots) {
   static const std::optional<TPrintfFormat> plain = TPrintfFormat::Parse(u"%d", TPrintfFormat::TKind::Integer);
   if (!token.parts.format.empty()) return token.IntegerFormat();
-  return FormatOf(entry) == u"%d" ? &*plain : nullptr;
+  return FormatOf(slots) == u"%d" ? &*plain : nullptr;
 }
 
 }  // namespace
@@ -95,7 +96,7 @@ TEntry* TName::FindEntry(TToken& token) const {
 const char* TName::ExceededLimit() const {
   if (budget_.depth > limits_.nestedDepth + 1) return " Nested deeper than the limit allows";
   if (budget_.tokens <= 0) return " More tokens than the limit allows";
-  if (budget_.characters < 0) return " More characters than the limit allows";
+  if (budget_.characters < 0) return kTooManyCharacters;
   return nullptr;
 }
 
@@ -109,20 +110,20 @@ bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
   TEntry* const entry = FindEntry(token);
   if (entry == nullptr) return false;
   const TEntrySlots& slots = entry->Slots();
-  if (slots.value == nullptr || slots.lookupHandler2 != nullptr ||
+  if (slots.value == nullptr || slots.lookupHandler2 != nullptr || slots.formattingOptions != nullptr ||
       LookupFunctionIn(slots.lookupHandler) != &LookupHandler) {
     return false;
   }
   const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
-  if (toText == &StringTypeHandler) return AppendStoredText(token, *entry, out, count);
-  return toText == &IntegerTypeHandler && !HasStages(token, slots) && AppendStoredNumber(token, *entry, out);
+  if (toText == &StringTypeHandler) return AppendStoredText(token, *entry, slots, out, count);
+  return toText == &IntegerTypeHandler && !HasStages(token, slots) && AppendStoredNumber(token, slots, out);
 }
 
-bool TName::AppendStoredText(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
-  const auto* const text = std::as_const(*entry.Slots().value).As<NQ_TString>();
-  if (text == nullptr || (token.parts.format.empty() ? FormatOf(entry) : token.parts.format) != u"%s") return false;
+bool TName::AppendStoredText(TToken& token, TEntry& entry, const TEntrySlots& slots, NQ_TString& out, int& count) {
+  const auto* const text = std::as_const(*slots.value).As<NQ_TString>();
+  if (text == nullptr || (token.parts.format.empty() ? FormatOf(slots) : token.parts.format) != u"%s") return false;
   const bool plain = entry.IsPlain(*text);
-  if (HasStages(token, entry.Slots())) return plain && AppendStages(token, entry, text->StringView(), out);
+  if (HasStages(token, slots)) return plain && AppendStages(token, slots, text->StringView(), out);
   --budget_.tokens;
   if (plain) {
     AppendText(text->StringView(), out);
@@ -135,18 +136,17 @@ bool TName::AppendStoredText(TToken& token, TEntry& entry, NQ_TString& out, int&
 }
 
 // Appends what the stages leave of the text; false, with nothing changed, when one of them has something to report.
-bool TName::AppendStages(TToken& token, TEntry& entry, std::u16string_view text, NQ_TString& out) {
-  const TEntrySlots& slots = entry.Slots();
-  if (const auto spec = StageOf(token.parts.elem, slots.elem)) {
+bool TName::AppendStages(TToken& token, const TEntrySlots& slots, std::u16string_view text, NQ_TString& out) {
+  if (!token.parts.elem.empty() || slots.elem != nullptr) {
     std::u16string_view separator;
     int index = 0;
-    if (templatenames::ParseElem(*spec, separator, index) != TStageError::None) return false;
+    if (templatenames::ParseElem(StageOf(token.parts.elem, slots.elem), separator, index) != TStageError::None) return false;
     text = templatenames::Element(text, separator, index);
   }
-  if (const auto spec = StageOf(token.parts.extract, slots.extract)) {
+  if (!token.parts.extract.empty() || slots.extract != nullptr) {
     int start = 0;
     int length = 0;
-    if (templatenames::ParseExtract(*spec, start, length) != TStageError::None) return false;
+    if (templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract), start, length) != TStageError::None) return false;
     text = templatenames::Extract(text, start, length);
   }
   const unsigned int begin = out.Length();
@@ -164,12 +164,11 @@ bool TName::AppendStages(TToken& token, TEntry& entry, std::u16string_view text,
   return true;
 }
 
-bool TName::AppendStoredNumber(TToken& token, TEntry& entry, NQ_TString& out) {
-  const TEntrySlots& slots = entry.Slots();
+bool TName::AppendStoredNumber(TToken& token, const TEntrySlots& slots, NQ_TString& out) {
   const auto* const number = std::as_const(*slots.value).As<NQ_TInt32>();
   const auto* const type = slots.type == nullptr ? nullptr : std::as_const(*slots.type).As<NQ_TInt32>();
   if (number == nullptr || type == nullptr || type->Value() != TName_TypeNumber) return false;
-  const TPrintfFormat* const format = IntegerFormatOf(token, entry);
+  const TPrintfFormat* const format = IntegerFormatOf(token, slots);
   if (format == nullptr) return false;
   --budget_.tokens;
   const unsigned int begin = out.Length();
@@ -196,8 +195,12 @@ bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
   const TTypeFunction toText = TypeFunctionIn(entry->Slots().typeHandler);
   if (toText == nullptr) return LogToken(key, " No type handler defined"), false;
   if (!toText(key, value, NQ_TString(token.parts.format), entry, this, result)) return false;
+  budget_.characters -= result.Length();  // stages may leave little of much text
+  if (!RunStages(key, token, *entry, result)) return false;
+  const bool formatted = ApplyFormattingOptions(key, *entry, result);
   budget_.characters -= result.Length();
-  return RunStages(key, token, *entry, result);
+  if (budget_.characters < 0) return LogToken(key, kTooManyCharacters), false;
+  return formatted;
 }
 
 // The name's own lookup must exist even where the user's hook answers.
