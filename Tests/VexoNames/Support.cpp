@@ -2,56 +2,150 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <future>
 #include <sstream>
 #include <thread>
-#include <vector>
 
 #include "NQ_TBoxed.h"
 
 namespace names_test {
 namespace {
 
-using Act = void (*)(TName&, const NQ_TString& key, const std::string& value);
+/// A key and a value, as "key = value"; the value is empty when there is no " = ".
+struct Line {
+  NQ_TString key, value;
+
+  int Number() const { return std::stoi(Text(value)); }
+  NQ_TURL Url() const { return NQ_TURL(value); }
+};
+
+void Define(TName& names, const Line& line, TName::TName_Type type, int lookup = 0) {
+  names.Define(line.key, type, TName::TName_Lookup(lookup));
+}
+
+class Brackets : public TNameTranslator {
+  void TranslateName(const NQ_TString& in, NQ_TString& out) const override { out = in + "!"; }
+  NQ_TString GetPrefix() const override { return "["; }
+  NQ_TString GetSuffix() const override { return "]"; }
+};
+
+/// The setters of string attributes, by the word for them.
+constexpr struct {
+  std::string_view word;
+  void (TName::*set)(const NQ_TString&, const NQ_TString&);
+} kSetters[] = {
+    {"category", &TName::SetCategory},     {"description", &TName::SetDescription},
+    {"userinfo", &TName::SetUserInfo},     {"userdescription", &TName::SetUserDescription},
+    {"visibility", &TName::SetVisibility}, {"localization", &TName::SetLocalization},
+    {"format", &TName::SetFormat},         {"elem", &TName::SetElemValue},
+    {"extract", &TName::SetExtractValue},  {"regex", &TName::SetRegExValue},
+    {"string", &TName::SetValue},
+};
+
+constexpr TName::TLookupFunction kNoLookup = nullptr;
+constexpr const TNameLookupHandler* kNoObject = nullptr;
+constexpr TName::TWarnFunction kNoWarn = nullptr;
 
 constexpr struct {
   std::string_view word;
-  Act act;
+  void (*act)(TName&, const Line&);
 } kWords[] = {
-    {"text",
-     [](TName& names, const NQ_TString& key, const std::string& value) {
-       names.Define(key, TName::TName_TypeString, TName::TName_LookupValue);
-       names.SetValue(key, S(value));
+    {"text", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeString), n.SetValue(l.key, l.value); }},
+    {"number", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeNumber), n.SetValue(l.key, l.Number()); }},
+    {"auto", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeAutoNumber), n.SetValue(l.key, l.Number()); }},
+    {"url", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeURL), n.SetValue(l.key, l.Url()); }},
+    {"time", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeTime, 4); }},
+    {"sql", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeString, 3); }},
+    {"define",
+     [](TName& n, const Line& l) {
+       const std::string numbers = Text(l.value);
+       Define(n, l, TName::TName_Type(l.Number()), std::stoi(numbers.substr(numbers.find(' '))));
      }},
-    {"number",
-     [](TName& names, const NQ_TString& key, const std::string& value) {
-       names.Define(key, TName::TName_TypeNumber, TName::TName_LookupValue);
-       names.SetValue(key, std::stoi(value));
+    {"int", [](TName& n, const Line& l) { n.SetValue(l.key, l.Number()); }},
+    {"link", [](TName& n, const Line& l) { n.SetValue(l.key, l.Url()); }},
+    {"moment", [](TName& n, const Line& l) { n.SetValue(l.key, NQ_TTime::FromMilliseconds(l.Number())); }},
+    {"undefine", [](TName& n, const Line& l) { l.key.Empty() ? n.UnDefine() : n.UnDefine(l.key); }},
+    {"remove", [](TName& n, const Line& l) { n.RemValue(l.key); }},
+    {"increment", [](TName& n, const Line& l) { n.Increment(l.key); }},
+    {"decrement", [](TName& n, const Line& l) { n.Decrement(l.key); }},
+    {"raw", [](TName& n, const Line& l) { n.SetRawData(l.key, l.value); }},
+    {"userdefined", [](TName& n, const Line& l) { n.SetUserDefined(l.key, l.Number() != 0); }},
+    {"options", [](TName& n, const Line& l) { n.SetFormattingOptions(l.key, NQ_TDict()); }},
+    {"query", [](TName& n, const Line& l) { n.SetServerQuery(l.key, "h", "s", "m", NQ_TDict()); }},
+    {"lookup", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, TName::TName_Lookup(l.Number())); }},
+    {"no lookup", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, kNoLookup, false); }},
+    {"no object", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, kNoObject, true); }},
+    {"no type", [](TName& n, const Line& l) { n.SetTypeHandler(l.key, nullptr); }},
+    {"no user", [](TName& n, const Line&) { n.SetUserLookupHandler(nullptr); }},
+    {"no warn", [](TName& n, const Line&) { n.SetWarnLookupHandler(kNoWarn); }},
+    {"no warn object",
+     [](TName& n, const Line&) { n.SetWarnLookupHandler(static_cast<TNameWarnLookupHandler*>(nullptr)); }},
+    {"no elem", [](TName& n, const Line&) { n.SetElemHandler(nullptr); }},
+    {"no extract", [](TName& n, const Line&) { n.SetExtractHandler(nullptr); }},
+    {"no regex", [](TName& n, const Line&) { n.SetRegExHandler(nullptr); }},
+    {"is defined", [](TName& n, const Line& l) { n.IsDefined(l.key); }},
+    {"keys", [](TName& n, const Line&) { n.GetTNames(); }},
+    {"get type", [](TName& n, const Line& l) { n.GetType(l.key); }},
+    {"get value", [](TName& n, const Line& l) { n.GetValue(l.key); }},
+    {"has value", [](TName& n, const Line& l) { n.HasValue(l.key); }},
+    {"get raw", [](TName& n, const Line& l) { n.GetRawData(l.key); }},
+    {"is userdefined", [](TName& n, const Line& l) { n.IsUserDefined(l.key); }},
+    {"resolve",
+     [](TName& n, const Line& l) {
+       NQ_TString r;
+       n.Resolve(l.key, r);
      }},
-    {"auto",
-     [](TName& names, const NQ_TString& key, const std::string& value) {
-       names.Define(key, TName::TName_TypeAutoNumber, TName::TName_LookupValue);
-       names.SetValue(key, std::stoi(value));
+    {"markers",
+     [](TName& n, const Line& l) {
+       NQ_TString r("before");
+       n.Resolve(l.key, "{", "}", r);
      }},
-    {"url",
-     [](TName& names, const NQ_TString& key, const std::string& value) {
-       names.Define(key, TName::TName_TypeURL, TName::TName_LookupValue);
-       names.SetValue(key, NQ_TURL(S(value)));
+    {"token",
+     [](TName& n, const Line& l) {
+       NQ_TString r;
+       n.ResolveTokenEx(l.key, r);
      }},
-    {"time", [](TName& names, const NQ_TString& key,
-                const std::string&) { names.Define(key, TName::TName_TypeTime, TName::TName_LookupTime); }},
-    {"sql", [](TName& names, const NQ_TString& key,
-               const std::string&) { names.Define(key, TName::TName_TypeString, TName::TName_LookupSQLQuery); }},
-    {"bare", [](TName& names, const NQ_TString& key,
-                const std::string&) { names.Define(key, TName::TName_TypeString, TName::TName_Lookup(99)); }},
-    {"format", [](TName& names, const NQ_TString& key, const std::string& v) { names.SetFormat(key, S(v)); }},
-    {"elem", [](TName& names, const NQ_TString& key, const std::string& v) { names.SetElemValue(key, S(v)); }},
-    {"extract", [](TName& names, const NQ_TString& key, const std::string& v) { names.SetExtractValue(key, S(v)); }},
-    {"regex", [](TName& names, const NQ_TString& key, const std::string& v) { names.SetRegExValue(key, S(v)); }},
+    {"to url",
+     [](TName& n, const Line& l) {
+       NQ_TURL r;
+       n.Resolve(l.key, r);
+     }},
+    {"from url",
+     [](TName& n, const Line& l) {
+       NQ_TURL r;
+       n.Resolve(NQ_TURL(l.key), r);
+     }},
+    {"translate",
+     [](TName& n, const Line& l) {
+       NQ_TString r;
+       n.Translate(l.key, Brackets(), r);
+     }},
+    {"back",
+     [](TName& n, const Line& l) {
+       NQ_TString r;
+       n.BackTranslate(l.key, Brackets(), r);
+     }},
 };
 
-std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + Text(text); }
+void DoLine(TName& names, const std::string& line) {
+  std::string_view word;  // the longest one that the line begins with
+  const auto rest = [&] { return line.size() > word.size() ? line.substr(word.size() + 1) : std::string(); };
+  const auto begins = [&](std::string_view known) {
+    return known.size() > word.size() && line.starts_with(known) && (line + " ")[known.size()] == ' ';
+  };
+  for (const auto& known : kWords)
+    if (begins(known.word)) word = known.word;
+  for (const auto& known : kSetters)
+    if (begins(known.word)) word = known.word;
+  const std::string operand = rest();
+  const std::size_t equals = operand.find(" = ");
+  const Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
+  for (const auto& known : kWords)
+    if (known.word == word) return known.act(names, parts);
+  for (const auto& known : kSetters)
+    if (known.word == word) return (names.*known.set)(parts.key, parts.value);
+  ADD_FAILURE() << "unknown word in: " << line;
+}
 
 thread_local NQ_TDict seenEntry;
 
@@ -61,6 +155,8 @@ bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) {
   return true;
 }
 
+std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + Text(text); }
+
 }  // namespace
 
 std::string Text(const NQ_TAny& value) {
@@ -69,15 +165,12 @@ std::string Text(const NQ_TAny& value) {
   return out.str();
 }
 
-void Given(TName& names, std::string_view line) {
-  const auto space = line.find(' ');
-  const auto equals = line.find(" = ");
-  const std::string_view word = line.substr(0, space);
-  const std::string_view key = line.substr(space + 1, equals == line.npos ? line.npos : equals - space - 1);
-  const std::string value(equals == line.npos ? std::string_view() : line.substr(equals + 3));
-  for (const auto& known : kWords)
-    if (known.word == word) return known.act(names, S(key), value);
-  ADD_FAILURE() << "unknown word in line: " << line;
+void Do(TName& names, std::string_view script) {
+  while (!script.empty()) {
+    const std::size_t end = script.find("; ");
+    DoLine(names, std::string(script.substr(0, end)));
+    script.remove_prefix(end == script.npos ? script.size() : end + 2);
+  }
 }
 
 std::string Resolved(TName& names, std::string_view text) {
@@ -95,27 +188,21 @@ std::string Resolved(TName& names, std::string_view text, std::string_view begin
 
 std::string ResolvedToken(TName& names, std::string_view token) {
   NQ_TString result("left over");
-  const bool ok = names.ResolveTokenEx(S(token), result);
-  return ok ? Text(result) : "!";
-}
-
-std::string AttributesText(const NQ_TDict& entry) {
-  std::vector<std::string> parts;
-  for (NQ_TConstIterator i(entry); !i.IsDone(); i.Next())
-    parts.push_back(Text(i.Key()) + (i.Value().As<NQ_TPointer>() != nullptr ? "" : "=" + Text(i.Value())));
-  std::sort(parts.begin(), parts.end());
-  std::string all;
-  for (const std::string& part : parts) all += (all.empty() ? "" : " ") + part;
-  return all;
+  return names.ResolveTokenEx(S(token), result) ? Text(result) : "!";
 }
 
 std::string EntryText(TName& names, std::string_view key) {
   seenEntry.Clear();
   names.SetUserLookupHandler(SeeEntry);
-  NQ_TString ignored;
-  names.ResolveTokenEx(S(key), ignored);
+  ResolvedToken(names, key);
   names.SetUserLookupHandler(nullptr);
-  return AttributesText(seenEntry);
+  std::vector<std::string> parts;
+  for (NQ_TConstIterator i(seenEntry); !i.IsDone(); i.Next())
+    parts.push_back(Text(i.Key()) + (i.Value().As<NQ_TPointer>() != nullptr ? "" : "=" + Text(i.Value())));
+  std::sort(parts.begin(), parts.end());
+  std::string all;
+  for (const std::string& part : parts) all += (all.empty() ? "" : " ") + part;
+  return all;
 }
 
 std::string KeysText(const TName& names) {
@@ -129,10 +216,16 @@ bool OtherThreadGetsLock(TName& names) {
   std::promise<void> got;
   auto future = got.get_future();
   std::thread([&names, got = std::move(got)]() mutable {
-    names.IsDefined(S("A"));
+    names.IsDefined("A");
     got.set_value();
   }).detach();
   return future.wait_for(std::chrono::seconds(30)) == std::future_status::ready;
+}
+
+std::string Repeated(std::string_view text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
 }
 
 }  // namespace names_test

@@ -1,9 +1,8 @@
-// What the tests of names share: registries written one line per name, and results, entries and log lines as text.
+// What the tests of names share: operations written one line each, and results, entries and log lines as text.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,20 +16,17 @@ inline NQ_TString S(std::string_view utf8) { return NQ_TString(utf8); }
 inline std::string Text(const NQ_TString& text) { return std::string(text.Narrow()); }
 std::string Text(const NQ_TAny& value);
 
-/// Defines a name, or sets an attribute of it, from one line:
-///   text A = x     number N = 7     auto K = 5     url L = file://h/p     time T     sql Q
-///   bare B         (a text name without a lookup)
-///   format A = %s  elem A = _,1     extract A = 2,-1     regex A = (x)
-void Given(TName& names, std::string_view line);
+/// Carries out operations on names, separated by "; ". Support.cpp lists the words; the main ones:
+///   text A = x; number N = 7; auto K = 5; url L = file://h/p; time T; sql Q     defines, with a value
+///   define B = 0 99             of a type and a lookup kind, by their numbers
+///   format A = %s; elem A = _,1; category A = c                                 sets an attribute
+///   undefine A; undefine; remove A; increment N; lookup A = 3; no type A; no elem
+///   resolve <A/>; token A; markers {A}; to url //h/<A/>; from url ftp://h/<A/>  result dropped
+void Do(TName& names, std::string_view script);
 
-/// A registry made of such lines.
 class Names : public TName {
  public:
-  Names() = default;
-  Names(std::initializer_list<const char*> lines) : Names(std::vector<const char*>(lines)) {}
-  explicit Names(const std::vector<const char*>& lines) {
-    for (const char* line : lines) Given(*this, line);
-  }
+  explicit Names(std::string_view script) { Do(*this, script); }
 };
 
 /// The resolved text; "! " stands before it when a token failed.
@@ -38,12 +34,11 @@ std::string Resolved(TName& names, std::string_view text);
 /// With markers; what the result held before comes first.
 std::string Resolved(TName& names, std::string_view text, std::string_view begin, std::string_view end,
                      std::string_view before = "");
+/// The text of a token, "!" when it failed.
 std::string ResolvedToken(TName& names, std::string_view token);
 
 /// An entry's attributes, sorted: "Category=misc Format=%s LookupHandler Type=0 TypeHandler Value=x".
 std::string EntryText(TName& names, std::string_view key);
-std::string AttributesText(const NQ_TDict& entry);
-
 /// The keys in the registry's order: "A B C".
 std::string KeysText(const TName& names);
 
@@ -72,8 +67,8 @@ std::string Thrown(Action action) {
     action();
     return "";
   } catch (const NQ_EException& error) {
-    EXPECT_EQ(Text(error.NQ_ExceptionFile()).find("VexoNames/Private/Source/templatenames/"), 0U)
-        << error.NQ_ExceptionFile();
+    const std::string file = Text(error.NQ_ExceptionFile());
+    EXPECT_TRUE(file.starts_with("VexoNames/Private/Source/templatenames/")) << file;
     EXPECT_GT(error.NQ_ExceptionLine(), 0U);
     return std::string(error.ClassName()) + ": " + Text(error.NQ_Message());
   }
@@ -81,6 +76,8 @@ std::string Thrown(Action action) {
 
 /// Whether another thread gets the registry's lock within a generous time.
 bool OtherThreadGetsLock(TName& names);
+
+std::string Repeated(std::string_view text, int count);
 
 /// How often to repeat: less where a sanitizer watches.
 #if defined(__has_feature)
@@ -93,8 +90,5 @@ constexpr int Scaled(int count) { return count / 10; }
 #else
 constexpr int Scaled(int count) { return count; }
 #endif
-
-/// What a handler of a test throws.
-struct Oops {};
 
 }  // namespace names_test

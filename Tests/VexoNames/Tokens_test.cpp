@@ -39,7 +39,7 @@ TEST(Tokens, Encode) {
 TEST(Tokens, EncodedTextsAreUsableKeys) {
   TName names;
   const std::string key = "jp." + Text(TName::Encode(S("50% a/b<c>")));
-  Given(names, "text " + key + " = v");
+  Do(names, "text " + key + " = v");
   EXPECT_EQ(Resolved(names, "<" + key + " elem=\",,0\"/>"), "v");
   EXPECT_EQ(Resolved(names, "<<" + key + "/>>"), "v");
 }
@@ -139,7 +139,7 @@ TEST(Tokens, ChoiceOfMarkers) {
       {"<A//>", "! <A//>"},
       {"<A/>/>", "1/>"},
   };
-  Names names{"text A = 1"};
+  Names names("text A = 1");
   for (const auto& row : rows) EXPECT_EQ(Resolved(names, row.text), row.resolved) << row.text;
 }
 
