@@ -60,9 +60,9 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
            static_cast<const Self&>(*this) == *object;
   }
   /// Replaces the content from packed input, as `NQ_Unpack` does.
-  Self& operator=(NQ_IUnpacking& unpacking) {
+  NQ_TClassOf& operator=(NQ_IUnpacking& unpacking) {
     this->NQ_Unpack(unpacking);
-    return static_cast<Self&>(*this);
+    return *this;
   }
   void NQ_PackClassObject(NQ_IPacking& packing) const override {
     packing.BeginClass(Name.text), packing.EndClass(Name.text);

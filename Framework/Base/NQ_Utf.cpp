@@ -15,8 +15,8 @@ constexpr std::uint32_t kReplacement = 0xFFFD;
 
 // A block of bytes and one of UTF-16 units. Written with the compilers' vector types: whether they turn a plain loop
 // into vector code depends on the optimisation level.
-typedef std::uint8_t TBytes __attribute__((vector_size(kBlock)));
-typedef std::uint16_t TUnits __attribute__((vector_size(2 * kBlock)));
+using TBytes __attribute__((vector_size(kBlock))) = std::uint8_t;
+using TUnits __attribute__((vector_size(2 * kBlock))) = std::uint16_t;
 
 template <class Block>
 bool IsAscii(const Block& block) {
