@@ -166,7 +166,9 @@ TEST(Production, TypesAndFormats) {
       {"text A = x", own, "A format=\"[%s]\"", "[x]"},
       {"text A = x", own, "A format=\"%-5s|\"", "x    |"},
       {"text A = x", own, "A format=\"100%%%s\"", "100%x"},
-      {"text A = x", own, "A format=\"none\"", "none"},
+      {"text A = x", own, " A  format=\"none\" ", "none"},
+      {"text A = x", own, "<A/>", "!"},
+      {"text A = x<U/>", own, "A", "x<U/>"},  // succeeds although a token inside the value did not
       {"text A = x", own, "A format=\"%d\"", "!"},
       {"text A = \xC3\xB8", own, "A format=\"%3s\"", " \xC3\xB8"},  // counts bytes, as printf does
       {"text A = \xC3\xB8x", own, "A format=\"%.1s\"", "\xEF\xBF\xBD"},

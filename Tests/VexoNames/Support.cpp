@@ -14,6 +14,8 @@ namespace {
 /// A key and a value, as "key = value"; the value is empty when there is no " = ".
 struct Line {
   NQ_TString key, value;
+  NQ_TString result{"before"};  // of the operations that give one; dropped
+  NQ_TURL url{};
 
   int Number() const { return std::stoi(Text(value)); }
   NQ_TURL Url() const { return NQ_TURL(value); }
@@ -48,88 +50,58 @@ constexpr TName::TWarnFunction kNoWarn = nullptr;
 
 constexpr struct {
   std::string_view word;
-  void (*act)(TName&, const Line&);
+  void (*act)(TName&, Line&);
 } kWords[] = {
-    {"text", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeString), n.SetValue(l.key, l.value); }},
-    {"number", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeNumber), n.SetValue(l.key, l.Number()); }},
-    {"auto", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeAutoNumber), n.SetValue(l.key, l.Number()); }},
-    {"url", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeURL), n.SetValue(l.key, l.Url()); }},
-    {"time", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeTime, 4); }},
-    {"sql", [](TName& n, const Line& l) { Define(n, l, TName::TName_TypeString, 3); }},
+    {"text", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeString), n.SetValue(l.key, l.value); }},
+    {"number", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeNumber), n.SetValue(l.key, l.Number()); }},
+    {"auto", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeAutoNumber), n.SetValue(l.key, l.Number()); }},
+    {"url", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeURL), n.SetValue(l.key, l.Url()); }},
+    {"time", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeTime, 4); }},
+    {"sql", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeString, 3); }},
     {"define",
-     [](TName& n, const Line& l) {
+     [](TName& n, Line& l) {
        const std::string numbers = Text(l.value);
        Define(n, l, TName::TName_Type(l.Number()), std::stoi(numbers.substr(numbers.find(' '))));
      }},
-    {"int", [](TName& n, const Line& l) { n.SetValue(l.key, l.Number()); }},
-    {"link", [](TName& n, const Line& l) { n.SetValue(l.key, l.Url()); }},
-    {"moment", [](TName& n, const Line& l) { n.SetValue(l.key, NQ_TTime::FromMilliseconds(l.Number())); }},
-    {"undefine", [](TName& n, const Line& l) { l.key.Empty() ? n.UnDefine() : n.UnDefine(l.key); }},
-    {"remove", [](TName& n, const Line& l) { n.RemValue(l.key); }},
-    {"increment", [](TName& n, const Line& l) { n.Increment(l.key); }},
-    {"decrement", [](TName& n, const Line& l) { n.Decrement(l.key); }},
-    {"raw", [](TName& n, const Line& l) { n.SetRawData(l.key, l.value); }},
-    {"userdefined", [](TName& n, const Line& l) { n.SetUserDefined(l.key, l.Number() != 0); }},
-    {"options", [](TName& n, const Line& l) { n.SetFormattingOptions(l.key, NQ_TDict()); }},
-    {"query", [](TName& n, const Line& l) { n.SetServerQuery(l.key, "h", "s", "m", NQ_TDict()); }},
-    {"lookup", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, TName::TName_Lookup(l.Number())); }},
-    {"no lookup", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, kNoLookup, false); }},
-    {"no object", [](TName& n, const Line& l) { n.SetLookupHandler(l.key, kNoObject, true); }},
-    {"no type", [](TName& n, const Line& l) { n.SetTypeHandler(l.key, nullptr); }},
-    {"no user", [](TName& n, const Line&) { n.SetUserLookupHandler(nullptr); }},
-    {"no warn", [](TName& n, const Line&) { n.SetWarnLookupHandler(kNoWarn); }},
-    {"no warn object",
-     [](TName& n, const Line&) { n.SetWarnLookupHandler(static_cast<TNameWarnLookupHandler*>(nullptr)); }},
-    {"no elem", [](TName& n, const Line&) { n.SetElemHandler(nullptr); }},
-    {"no extract", [](TName& n, const Line&) { n.SetExtractHandler(nullptr); }},
-    {"no regex", [](TName& n, const Line&) { n.SetRegExHandler(nullptr); }},
-    {"is defined", [](TName& n, const Line& l) { n.IsDefined(l.key); }},
-    {"keys", [](TName& n, const Line&) { n.GetTNames(); }},
-    {"get type", [](TName& n, const Line& l) { n.GetType(l.key); }},
-    {"get value", [](TName& n, const Line& l) { n.GetValue(l.key); }},
-    {"has value", [](TName& n, const Line& l) { n.HasValue(l.key); }},
-    {"get raw", [](TName& n, const Line& l) { n.GetRawData(l.key); }},
-    {"is userdefined", [](TName& n, const Line& l) { n.IsUserDefined(l.key); }},
-    {"resolve",
-     [](TName& n, const Line& l) {
-       NQ_TString r;
-       n.Resolve(l.key, r);
-     }},
-    {"markers",
-     [](TName& n, const Line& l) {
-       NQ_TString r("before");
-       n.Resolve(l.key, "{", "}", r);
-     }},
-    {"token",
-     [](TName& n, const Line& l) {
-       NQ_TString r;
-       n.ResolveTokenEx(l.key, r);
-     }},
-    {"to url",
-     [](TName& n, const Line& l) {
-       NQ_TURL r;
-       n.Resolve(l.key, r);
-     }},
-    {"from url",
-     [](TName& n, const Line& l) {
-       NQ_TURL r;
-       n.Resolve(NQ_TURL(l.key), r);
-     }},
-    {"translate",
-     [](TName& n, const Line& l) {
-       NQ_TString r;
-       n.Translate(l.key, Brackets(), r);
-     }},
-    {"back",
-     [](TName& n, const Line& l) {
-       NQ_TString r;
-       n.BackTranslate(l.key, Brackets(), r);
-     }},
+    {"int", [](TName& n, Line& l) { n.SetValue(l.key, l.Number()); }},
+    {"link", [](TName& n, Line& l) { n.SetValue(l.key, l.Url()); }},
+    {"moment", [](TName& n, Line& l) { n.SetValue(l.key, NQ_TTime::FromMilliseconds(l.Number())); }},
+    {"undefine", [](TName& n, Line& l) { l.key.Empty() ? n.UnDefine() : n.UnDefine(l.key); }},
+    {"remove", [](TName& n, Line& l) { n.RemValue(l.key); }},
+    {"increment", [](TName& n, Line& l) { n.Increment(l.key); }},
+    {"decrement", [](TName& n, Line& l) { n.Decrement(l.key); }},
+    {"raw", [](TName& n, Line& l) { n.SetRawData(l.key, l.value); }},
+    {"userdefined", [](TName& n, Line& l) { n.SetUserDefined(l.key, l.Number() != 0); }},
+    {"options", [](TName& n, Line& l) { n.SetFormattingOptions(l.key, NQ_TDict()); }},
+    {"query", [](TName& n, Line& l) { n.SetServerQuery(l.key, "h", "s", "m", NQ_TDict()); }},
+    {"lookup", [](TName& n, Line& l) { n.SetLookupHandler(l.key, TName::TName_Lookup(l.Number())); }},
+    {"no lookup", [](TName& n, Line& l) { n.SetLookupHandler(l.key, kNoLookup, false); }},
+    {"no object", [](TName& n, Line& l) { n.SetLookupHandler(l.key, kNoObject, true); }},
+    {"no type", [](TName& n, Line& l) { n.SetTypeHandler(l.key, nullptr); }},
+    {"no user", [](TName& n, Line&) { n.SetUserLookupHandler(nullptr); }},
+    {"no warn", [](TName& n, Line&) { n.SetWarnLookupHandler(kNoWarn); }},
+    {"no warn object", [](TName& n, Line&) { n.SetWarnLookupHandler(static_cast<TNameWarnLookupHandler*>(nullptr)); }},
+    {"no elem", [](TName& n, Line&) { n.SetElemHandler(nullptr); }},
+    {"no extract", [](TName& n, Line&) { n.SetExtractHandler(nullptr); }},
+    {"no regex", [](TName& n, Line&) { n.SetRegExHandler(nullptr); }},
+    {"is defined", [](TName& n, Line& l) { n.IsDefined(l.key); }},
+    {"keys", [](TName& n, Line&) { n.GetTNames(); }},
+    {"get type", [](TName& n, Line& l) { n.GetType(l.key); }},
+    {"get value", [](TName& n, Line& l) { n.GetValue(l.key); }},
+    {"has value", [](TName& n, Line& l) { n.HasValue(l.key); }},
+    {"get raw", [](TName& n, Line& l) { n.GetRawData(l.key); }},
+    {"is userdefined", [](TName& n, Line& l) { n.IsUserDefined(l.key); }},
+    {"resolve", [](TName& n, Line& l) { n.Resolve(l.key, l.result); }},
+    {"markers", [](TName& n, Line& l) { n.Resolve(l.key, "{", "}", l.result); }},
+    {"token", [](TName& n, Line& l) { n.ResolveTokenEx(l.key, l.result); }},
+    {"to url", [](TName& n, Line& l) { n.Resolve(l.key, l.url); }},
+    {"from url", [](TName& n, Line& l) { n.Resolve(NQ_TURL(l.key), l.url); }},
+    {"translate", [](TName& n, Line& l) { n.Translate(l.key, Brackets(), l.result); }},
+    {"back", [](TName& n, Line& l) { n.BackTranslate(l.key, Brackets(), l.result); }},
 };
 
 void DoLine(TName& names, const std::string& line) {
   std::string_view word;  // the longest one that the line begins with
-  const auto rest = [&] { return line.size() > word.size() ? line.substr(word.size() + 1) : std::string(); };
   const auto begins = [&](std::string_view known) {
     return known.size() > word.size() && line.starts_with(known) && (line + " ")[known.size()] == ' ';
   };
@@ -137,9 +109,9 @@ void DoLine(TName& names, const std::string& line) {
     if (begins(known.word)) word = known.word;
   for (const auto& known : kSetters)
     if (begins(known.word)) word = known.word;
-  const std::string operand = rest();
+  const std::string operand = line.size() > word.size() ? line.substr(word.size() + 1) : "";
   const std::size_t equals = operand.find(" = ");
-  const Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
+  Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
   for (const auto& known : kWords)
     if (known.word == word) return known.act(names, parts);
   for (const auto& known : kSetters)

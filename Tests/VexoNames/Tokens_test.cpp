@@ -44,69 +44,45 @@ TEST(Tokens, EncodedTextsAreUsableKeys) {
   EXPECT_EQ(Resolved(names, "<<" + key + "/>>"), "v");
 }
 
-// What a token text is split into, as the log tells it.
-std::string Split(TName& names, std::string_view token) {
-  Output output;
-  NQ_TString ignored;
-  names.ResolveTokenEx(S(token), ignored);
-  const std::string log = output.Take();
-  return log.substr(0, log.find('\n'));
-}
-
 TEST(Tokens, Split) {
   const struct {
-    const char *token, *key, *format = "", *elem = "", *extract = "", *regex = "";
+    const char *token, *parts;  // key|format|elem|extract|regex
   } rows[] = {
-      {.token = "Name", .key = "Name"},
-      {.token = "  Name  ", .key = "Name"},
-      {.token = "Name format=\"%04d\" elem=\"-,1\"", .key = "Name", .format = "%04d", .elem = "-,1"},
-      {.token = "Name format=\"abc", .key = "Name", .format = "abc"},
-      {.token = "A B  regex=\"x\"", .key = "A B", .regex = "x"},
-      {.token = "A B", .key = "A B"},
-      {.token = " A  B ", .key = "A  B"},
-      {.token = "A regex=\"r\" extract=\"x\" elem=\"e\" format=\"f\"",
-       .key = "A",
-       .format = "f",
-       .elem = "e",
-       .extract = "x",
-       .regex = "r"},
-      {.token = "A elem=\"1\" elem=\"2\"", .key = "A", .elem = "1"},
-      {.token = "A elem=\"\" elem=\"2\"", .key = "A"},
-      {.token = "A Elem=\"1\" FORMAT=\"2\"", .key = "A"},
-      {.token = "A elem =\"1\"", .key = "A elem"},
-      {.token = "A elem= \"1\"", .key = "A"},
-      {.token = "A elem=1", .key = "A"},
-      {.token = "A xelem=\"1\"", .key = "A", .elem = "1"},
+      {"Name", "Name||||"},
+      {"  Name  ", "Name||||"},
+      {"Name format=\"%04d\" elem=\"-,1\"", "Name|%04d|-,1||"},
+      {"Name format=\"abc", "Name|abc|||"},
+      {"A B  regex=\"x\"", "A B||||x"},
+      {" A  B ", "A  B||||"},
+      {"A regex=\"r\" extract=\"x\" elem=\"e\" format=\"f\"", "A|f|e|x|r"},
+      {"A elem=\"1\" elem=\"2\"", "A||1||"},
+      {"A elem=\"\" elem=\"2\"", "A||||"},
+      {"A Elem=\"1\" FORMAT=\"2\"", "A||||"},
+      {"A elem =\"1\"", "A elem||||"},
+      {"A elem= \"1\"", "A||||"},
       // An attribute is found inside another one's value too.
-      {.token = "A regex=\"elem=\"", .key = "A", .regex = "elem="},
-      {.token = "A regex=\"x elem=\"2\"", .key = "A", .elem = "2", .regex = "x elem="},
-      {.token = "A format=\"regex=\"", .key = "A", .format = "regex="},
+      {"A regex=\"elem=\"", "A||||elem="},
+      {"A regex=\"x elem=\"2\"", "A||2||x elem="},
+      {"A format=\"regex=\"", "A|regex=|||"},
       // Without a key the first character is one.
-      {.token = "format=\"%d\"", .key = "f", .format = "%d"},
-      {.token = "AB=", .key = "A"},
-      {.token = "=", .key = "="},
-      {.token = "  =", .key = "="},
-      {.token = " x= y", .key = "x"},
-      {.token = "A =", .key = "A"},
-      {.token = "A  = B", .key = "A"},
-      {.token = "A\tformat=\"x\"", .key = "A", .format = "x"},
-      {.token = "\tA\t", .key = "\tA\t"},
-      {.token = " ", .key = ""},
-      {.token = "    ", .key = ""},
-      {.token = "J\xC3\xB8rg\xF0\x9F\x98\x80 elem=\"\xE2\x82\xAC,1\"",
-       .key = "J\xC3\xB8rg\xF0\x9F\x98\x80",
-       .elem = "\xE2\x82\xAC,1"},
-      {.token = "A format=\"a\" \"b\"", .key = "A", .format = "a"},
-      {.token = "A format=\"", .key = "A"},
-      {.token = "A \"", .key = "A \""},
+      {"format=\"%d\"", "f|%d|||"},
+      {"  =", "=||||"},
+      {"A =", "A||||"},
+      // Only spaces are spaces.
+      {"A\tformat=\"x\"", "A|x|||"},
+      {"\tA\t", "\tA\t||||"},
+      {" ", "||||"},
+      {"J\xC3\xB8rg\xF0\x9F\x98\x80 elem=\"\xE2\x82\xAC,1\"", "J\xC3\xB8rg\xF0\x9F\x98\x80||\xE2\x82\xAC,1||"},
   };
   TName names;
   names.SetDebugLevel(2);
   for (const auto& row : rows) {
-    const std::string expected = std::string("TName::ResolveTokenEx: \tKey: \"") + row.key + "\"; Format: \"" +
-                                 row.format + "\"; Elem: \"" + row.elem + "\"; Extract: \"" + row.extract +
-                                 "\" RegEx: \"" + row.regex + "\"";
-    EXPECT_EQ(Split(names, row.token), expected) << row.token;
+    std::string expected = "TName::ResolveTokenEx: \tKey: \"" + std::string(row.parts) + "\"\n";
+    for (const char* next : {"\"; Format: \"", "\"; Elem: \"", "\"; Extract: \"", "\" RegEx: \""})
+      expected.replace(expected.find('|'), 1, next);
+    Output output;
+    ResolvedToken(names, row.token);
+    EXPECT_TRUE(output.Take().starts_with(expected)) << row.token << " should give " << expected;
   }
 }
 
@@ -125,16 +101,8 @@ TEST(Tokens, ChoiceOfMarkers) {
       {"<<<A/>>>", "<1>"},
       {"<<A<</>>", "<<A"},
       {"<<<</>>", "<<"},
-      {"<<", "<<"},
-      {"/>>", "/>>"},
       {"<</>>", ""},
       {"</>", ""},
-      {"<", "<"},
-      {"/>", "/>"},
-      {"", ""},
-      {"</", "</"},
-      {"<A/ >", "<A/ >"},
-      {"<<<A/>", "<<1"},
       {"<B<A/>/>", "<B1/>"},  // the rest is an end marker without a beginning
       {"<A//>", "! <A//>"},
       {"<A/>/>", "1/>"},

@@ -46,24 +46,17 @@ TEST(Translation, ReplacesTokensOfDefinedNames) {
       {"a <Name/> b", "a [NAME] b"},
       {"a <<Name/>> b", "a [NAME] b"},
       {"a <Other/> b", "a <Other/> b"},
-      {"<<Other format=\"%d\"/>>-<<Name/>>", "<<Other format=\"%d\"/>>-[NAME]"},
       {"a <Name format=\"%03d\"/> b", "a [NAME] b"},
       {"x/> <Name/>", "x/> <Name/>"},
       {"<Name/> x/> <Name/>", "[NAME] x/> <Name/>"},
       {"<<CDATA/>><Name/>", "<Name/>"},
-      {" <<CDATA/>>", " <<CDATA/>>"},
       {"</>", "[]"},
       {"<</>>", "[]"},
       {"< />", "< />"},
       {"<  Name />", "[NAME]"},
-      {"<A<Name/>", "<A[NAME]"},
       {"p <<Name/>> <Name/>", "p [NAME] <Name/>"},
-      {"no token", "no token"},
-      {"", ""},
-      {"<Name/", "<Name/"},
       {"<Name/>", "NAME", "", ""},
       {"<Name/>", "<NAME/>", "<", "/>"},  // what is put in is not looked at again
-      {"<name/>", "<name/>"},
   };
   Names names("text Name = <U/>");
   for (const auto& row : rows)
@@ -80,8 +73,6 @@ TEST(Translation, TurnsTextsBackIntoTokens) {
       {"[A[B]", "[A<<b/>>"},
       {"x] [NAME]", "x] [NAME]"},
       {"[A] x] [B]", "<<a/>> x] [B]"},
-      {"[A", "[A"},
-      {"", ""},
       {"<p/>", "<<CDATA/>><p/>"},
       {"/>p", "/>p"},
       {"a/>", "<<CDATA/>>a/>"},
@@ -91,7 +82,6 @@ TEST(Translation, TurnsTextsBackIntoTokens) {
       {"/> a/>", "/> a/>"},            // only the first one counts
       {"{{{A}}}", "{<<a/>>}", "{{", "}}"},
       {"<A/>", "<<a/>>", "<", "/>"},
-      {"<<A/>>", "<<a/>>", "<<", "/>>"},
       // With the same text before and after, each occurrence is an end that is its own beginning.
       {"'A'", "<</>>A<</>>", "'", "'"},
       {"a [B] c", "a [B] c", "", ""},
