@@ -9,6 +9,7 @@
 namespace {
 
 constexpr std::size_t kMostHints = 20;
+constexpr std::size_t kLongestName = 200;  // that is looked for between "<" and ">"
 constexpr auto kNone = std::u16string_view::npos;
 
 std::string Quoted(std::u16string_view text) {
@@ -18,7 +19,9 @@ std::string Quoted(std::u16string_view text) {
 /// Collects the names of the tokens that a translation meets.
 class TCollector final : public TNameTranslator {
  public:
-  void TranslateName(const NQ_TString& in, NQ_TString&) const override { found_.push_back(in); }
+  void TranslateName(const NQ_TString& in, NQ_TString&) const override {
+    if (found_.size() < kMostHints) found_.push_back(in);
+  }
   NQ_TString GetPrefix() const override { return {}; }
   NQ_TString GetSuffix() const override { return {}; }
   const std::vector<NQ_TString>& Found() const { return found_; }
@@ -29,12 +32,13 @@ class TCollector final : public TNameTranslator {
 
 // "<name>" or "<<name>>" in text between tokens.
 void HintAtMissingSlashes(const TName& names, std::u16string_view text, std::vector<std::string>& hints) {
-  for (auto end = text.find(u'>'); end != kNone; end = text.find(u'>', end + 1)) {
-    const std::size_t begin = text.rfind(u'<', end);
-    if (begin == kNone || end - begin < 2) continue;
-    const std::u16string_view inner = text.substr(begin + 1, end - begin - 1);
-    if (!names.IsDefined(NQ_TString(inner))) continue;
-    const bool isDouble = begin > 0 && text[begin - 1] == u'<';
+  for (auto end = text.find(u'>'); end != kNone && hints.size() < kMostHints; end = text.find(u'>', end + 1)) {
+    const std::size_t from = end - std::min(end, kLongestName);
+    const std::size_t begin = text.substr(from, end - from).rfind(u'<');
+    if (begin == kNone) continue;
+    const std::u16string_view inner = text.substr(from + begin + 1, end - from - begin - 1);
+    if (inner.empty() || !names.IsDefined(NQ_TString(inner))) continue;
+    const bool isDouble = text.substr(0, from + begin).ends_with(u'<');
     hints.push_back(Quoted(inner) + " is no token here: it would end with '" + (isDouble ? "/>>" : "/>") + '\'');
   }
 }
@@ -56,7 +60,8 @@ void HintAtAttributes(std::u16string_view token, std::vector<std::string>& hints
   static const std::vector<NQ_TString> known = {"format", "elem", "extract", "regex"};
   const auto isLetter = [](char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
   std::size_t at = 0;
-  for (auto equals = token.find(u"=\"", at); equals != kNone; equals = token.find(u"=\"", at)) {
+  for (auto equals = token.find(u"=\"", at); equals != kNone && hints.size() < kMostHints;
+       equals = token.find(u"=\"", at)) {
     std::size_t begin = equals;
     while (begin > at && isLetter(token[begin - 1])) --begin;
     const NQ_TString name(token.substr(begin, equals - begin));

@@ -14,21 +14,25 @@ using TJson = nlohmann::ordered_json;
 std::string Utf8(const NQ_TString& text) { return std::string(text.Narrow()); }
 
 // "in the value of 'a' > 'b': "
-std::string Within(const TFailure& failure) {
-  constexpr std::size_t kMostShown = 6;
-  std::string where;
-  for (std::size_t i = 0; i < failure.within.size(); ++i) {
-    const bool shown = i + 1 < kMostShown || i + 1 == failure.within.size();
-    const std::string name = shown ? '\'' + Printable(failure.within[i].Narrow()) + '\'' : "...";
-    if (shown || i + 1 == kMostShown) where += (where.empty() ? "in the value of " : " > ") + name;
+std::string Within(const std::vector<NQ_TString>& names) {
+  constexpr std::size_t kMostShown = 5;
+  if (names.empty()) return {};
+  std::string where = "in the value of ";
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) where += " > ";
+    if (i == kMostShown && i + 1 < names.size()) {
+      where += "... > ";
+      i = names.size() - 1;
+    }
+    where += '\'' + Printable(names[i].Narrow()) + '\'';
   }
-  return where.empty() ? where : where + ": ";
+  return where + ": ";
 }
 
 // What to say about one failed token.
 std::string Sentence(const TFailure& failure) {
   const std::string token = failure.token.Empty() ? "" : Printable(Shortened(failure.token.Narrow())) + ": ";
-  return Within(failure) + token + failure.reason;
+  return Within(failure.within) + token + failure.reason;
 }
 
 constexpr const char* kMore = "more tokens may fail; these are the first";
@@ -48,9 +52,9 @@ class TPlainReport final : public TReport {
 
   void Show(std::size_t number, const TResolution& resolution) override {
     const std::string where = "template " + std::to_string(number) + ": ";
-    for (const TFailure& failure : resolution.failures.list) diagnostics_.Line(where + Sentence(failure));
-    if (resolution.failures.more) diagnostics_.Line(where + kMore);
-    for (const std::string& hint : resolution.hints) diagnostics_.Line(where + "note: " + hint);
+    for (const TFailure& failure : resolution.failures.list) diagnostics_.Line({where, Sentence(failure)});
+    if (resolution.failures.more) diagnostics_.Line({where, kMore});
+    for (const std::string& hint : resolution.hints) diagnostics_.Line({where, "note: ", hint});
     data_.Line(resolution.result.Narrow());
   }
 

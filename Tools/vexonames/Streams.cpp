@@ -81,9 +81,11 @@ TDiagnostics::TDiagnostics(bool showsProgress)
     : showsProgress_(showsProgress && isatty(STDERR_FILENO) != 0 && !TData::IsTerminal() && isatty(STDIN_FILENO) == 0),
       next_(TClock::now() + kFirstProgress) {}
 
-void TDiagnostics::Line(std::string_view line) {
+void TDiagnostics::Line(std::initializer_list<std::string_view> parts) {
   Clear();
-  const std::string text = std::string(line) + '\n';
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  text += '\n';
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
 

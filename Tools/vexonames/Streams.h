@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,7 +47,8 @@ class TDiagnostics {
   TDiagnostics& operator=(const TDiagnostics&) = delete;
   ~TDiagnostics() { Clear(); }
 
-  void Line(std::string_view line);
+  /// The parts as one line.
+  void Line(std::initializer_list<std::string_view> parts);
   void Progress(std::size_t done);
 
  private:

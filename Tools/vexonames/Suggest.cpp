@@ -7,8 +7,8 @@
 namespace {
 
 // Beyond these a suggestion costs more than it helps: it is looked for at every failed token.
-constexpr std::size_t kMostCandidates = 20'000;
-constexpr std::size_t kLongestText = 100;
+constexpr std::size_t kMostCandidates = 5'000;
+constexpr std::size_t kLongestText = 64;
 
 // Edit distance in which exchanging two neighbours counts one (optimal string alignment).
 std::size_t Distance(std::u16string_view a, std::u16string_view b) {

@@ -57,6 +57,13 @@ std::string Printable(std::string_view text) {
 }
 
 std::string Shortened(std::string_view text, std::size_t limit) {
+  // Of a very long text only the ends are looked at: a character has at most four bytes.
+  const std::size_t enough = limit * 4;
+  if (text.size() > 3 * enough) {
+    std::string ends(text.substr(0, enough));
+    ends += text.substr(text.size() - enough);
+    return Shortened(ends, limit);
+  }
   const NQ_TString valid(text);
   const std::string_view utf8 = valid.Narrow();
   std::vector<std::size_t> begins;

@@ -83,8 +83,8 @@ void ShowJson(const NQ_TString& text, const TTranslation& translation, TData& da
 
 void Show(std::size_t number, const TTranslation& translation, TData& data, TDiagnostics& diagnostics) {
   const std::string where = "text " + std::to_string(number) + ": ";
-  for (const std::string& unknown : translation.unknown) diagnostics.Line(where + unknown);
-  for (const std::string& hint : translation.hints) diagnostics.Line(where + "note: " + hint);
+  for (const std::string& unknown : translation.unknown) diagnostics.Line({where, unknown});
+  for (const std::string& hint : translation.hints) diagnostics.Line({where, "note: ", hint});
   data.Line(translation.result.Narrow());
 }
 
