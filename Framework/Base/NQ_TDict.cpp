@@ -66,7 +66,7 @@ std::uint64_t NextVersion() {
 class NQ_TDict::TContent {
  public:
   TContent() = default;
-  TContent(const TContent& other) {
+  TContent(const TContent& other) : TContent() {  // delegates, so that the nodes go when copying one throws
     Reserve(other.size_);
     for (const TNode* node = other.first_; node != nullptr; node = node->next) {
       Insert(node->key, node->hash).value = node->value;
