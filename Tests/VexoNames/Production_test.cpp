@@ -138,6 +138,12 @@ TEST(Production, TheClearFlagDropsTheValue) {
     EXPECT_EQ(names.HasValue("A") && names.HasValue("B"), !clear);
     EXPECT_EQ(names.GetDescription("A"), S("d"));
   }
+  // An entry has one kind of lookup at a time.
+  Names one("text A = x");
+  one.SetLookupHandler("A", &ownObject, false);
+  EXPECT_EQ(EntryText(one, "A"), "Category=misc Format=%s LookupHandler2 Type=0 TypeHandler Value=x");
+  one.SetLookupHandler("A", Own, true);
+  EXPECT_EQ(EntryText(one, "A"), "Category=misc Format=%s LookupHandler Type=0 TypeHandler");
   Names names("text A = x; lookup A = 99");
   EXPECT_EQ(Resolved(names, "<A/>"), "x");  // an unknown kind installs nothing: the lookup stays
 }

@@ -100,6 +100,16 @@ TEST(Threads, OneRegistryEach) {
   });
 }
 
+TEST(Threads, UrlsOnSeveralThreadsLeaveTheDebugLevelAlone) {
+  Names names("text A = a");
+  names.SetDebugLevel(1);
+  Output output;
+  OnThreads([&](int) {
+    for (int i = 0; i < Scaled(1000); ++i) Do(names, "to url //h/<A/>");
+  });
+  EXPECT_EQ(names.GetDebugLevel(), 1);
+}
+
 TEST(Threads, LogLinesDoNotMix) {
   Names names("text A = a");
   names.SetDebugLevel(2);
