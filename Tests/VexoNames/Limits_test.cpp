@@ -116,6 +116,10 @@ TEST(Limits, CharactersPerCall) {
     EXPECT_FALSE(once.starts_with("! "));
     EXPECT_TRUE(resolved.starts_with("! " + once) && resolved.ends_with(token)) << resolved;
     EXPECT_LE(resolved.size(), 1000 + text.size());
+    // A hook that does nothing changes nothing.
+    names.SetWarnLookupHandler([](const NQ_TString&, TName*) {});
+    EXPECT_EQ(Resolved(names, text), resolved);
+    Do(names, "no warn");
   }
   EXPECT_EQ(Resolved(names, Repeated("x", 2000)), Repeated("x", 2000));  // a template's own text is no token
 }
