@@ -39,13 +39,14 @@ NQ_TTime::TClock NQ_TTime::SetClock(TClock clock) {
   return currentClock.exchange(clock == nullptr ? &SystemClock : clock, std::memory_order_relaxed);
 }
 
-NQ_TString NQ_TTime::Format(const NQ_TString& pattern) const {
+std::optional<NQ_TString> NQ_TTime::TryFormat(const NQ_TString& pattern) const {
   constexpr double kMaxSeconds = 6.7e16;  // years fit an int
   const double seconds = std::floor(milliseconds_ / 1000);
   std::tm local{};
-  if (pattern.Empty() || !(std::abs(seconds) < kMaxSeconds)) return {};
+  if (pattern.Empty()) return NQ_TString();
+  if (!(std::abs(seconds) < kMaxSeconds)) return std::nullopt;
   const auto when = static_cast<std::time_t>(seconds);
-  if (localtime_r(&when, &local) == nullptr) return {};
+  if (localtime_r(&when, &local) == nullptr) return std::nullopt;
   // A guard character tells an empty result from one that did not fit. strftime reads up to the first NUL.
   const std::string guarded = std::string(pattern.c_str()) + ' ';
   for (std::size_t room = 256; room <= kMaxFormatted; room *= 4) {
@@ -53,7 +54,7 @@ NQ_TString NQ_TTime::Format(const NQ_TString& pattern) const {
     const std::size_t length = std::strftime(text.data(), text.size(), guarded.c_str(), &local);
     if (length > 0) return NQ_TString(std::string_view(text).substr(0, length - 1));
   }
-  return {};
+  return std::nullopt;
 }
 
 void NQ_TTime::PrintOn(std::ostream& out) const { out << Format("%Y-%m-%d %H:%M:%S"); }

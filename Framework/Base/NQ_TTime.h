@@ -1,6 +1,8 @@
 // Points in time and spans between them.
 #pragma once
 
+#include <optional>
+
 #include "NQ_TString.h"
 
 /// A span of time; prints as seconds with at most six significant digits and " s".
@@ -37,7 +39,9 @@ class NQ_EXPORT NQ_TTime final : public NQ_TValueOf<NQ_TTime, NQ_TValue, "NQ_TTi
 
   /// Text by a strftime pattern, up to its first NUL, in local time. Empty when the pattern is, when the time lies
   /// outside the years that the calendar can hold, or when the text would exceed 65,536 bytes.
-  NQ_TString Format(const NQ_TString& pattern) const;
+  NQ_TString Format(const NQ_TString& pattern) const { return TryFormat(pattern).value_or(NQ_TString()); }
+  /// The same; nothing when the time lies outside the years of the calendar or the text would be too long.
+  std::optional<NQ_TString> TryFormat(const NQ_TString& pattern) const;
 
   NQ_TInterval operator-(const NQ_TTime& earlier) const { return NQ_TInterval(milliseconds_ - earlier.milliseconds_); }
   bool operator==(const NQ_TTime& other) const { return milliseconds_ == other.milliseconds_; }

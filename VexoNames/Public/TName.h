@@ -23,6 +23,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -184,7 +185,8 @@ class NQ_EXPORT TName {
   void SetTypeHandler(const NQ_TString& key, TTypeFunction function);
   /// Asked before every name's own lookup; what it answers with true is taken. Null removes it.
   void SetUserLookupHandler(TLookupFunction function);
-  /// One warn handler at a time; an object is not owned.
+  /// One warn handler at a time, null for none; an object is not owned.
+  void SetWarnLookupHandler(std::nullptr_t) { SetWarnLookupHandler(static_cast<TWarnFunction>(nullptr)); }
   void SetWarnLookupHandler(TWarnFunction function);
   void SetWarnLookupHandler(TNameWarnLookupHandler* handler);
   /// A stage that is null ends the chain: the stages after it are not run.
@@ -219,6 +221,7 @@ class NQ_EXPORT TName {
   /// Resolves a template to a file URL. False, with the URL unchanged, when the text is neither "//host/path" nor
   /// "file://host/path".
   bool Resolve(const NQ_TString& text, NQ_TURL& url);
+  bool Resolve(const char* text, NQ_TURL& url) { return Resolve(NQ_TString(text), url); }
   /// Resolves the host and the path of a URL.
   bool Resolve(const NQ_TURL& in, NQ_TURL& out);
   /// The URL form or the string form, by what the value holds; false, with the URL unchanged, for anything else.
@@ -235,6 +238,7 @@ class NQ_EXPORT TName {
     int depth = 0;  // of resolutions within each other: nested values, and calls of handlers
     std::int64_t tokens = 0;
     std::int64_t characters = 0;
+    int regexErrors = 0;  // searches that ran into a limit
   };
 
   // Registry.cpp
@@ -261,7 +265,10 @@ class NQ_EXPORT TName {
   void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
   bool AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count);
   bool AppendToken(templatenames::TToken& token, NQ_TString& out, int& count);
+  bool ResolveEmptyToken() const;
+  void AppendLiteral(std::u16string_view text, NQ_TString& out);
   void AppendText(std::u16string_view text, NQ_TString& out);
+  static void AppendFree(std::u16string_view text, NQ_TString& out);
   bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }
 
   // ValueProduction.cpp
@@ -272,10 +279,12 @@ class NQ_EXPORT TName {
                         const templatenames::TEntrySlots& slots, NQ_TString& out, int& count);
   bool AppendStages(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,
                     NQ_TString& out);
+  bool AppendGroup(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,
+                   NQ_TString& out) const;
   bool AppendStoredNumber(templatenames::TToken& token, const templatenames::TEntrySlots& slots, NQ_TString& out);
   bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
   bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
-  void ResolveNested(templatenames::TEntry& entry, NQ_TAny& value, int& count);
+  void ResolveNested(NQ_TAny& value, int& count);
   bool RunStages(const NQ_TString& key, const templatenames::TToken& token, templatenames::TEntry& entry,
                  NQ_TString& result);
   void LogToken(const NQ_TString& key, std::string_view what) const;

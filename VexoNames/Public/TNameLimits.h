@@ -3,18 +3,20 @@
 
 #include <cstdint>
 
-/// Bounds on the work that untrusted text can cause. A token that would exceed one fails like any other failed token:
-/// it stays in the text and is counted; the rest of the template resolves. A log line at level 2 names the limit.
-/// Set per `TName` with `TName::SetLimits`.
+/// Bounds on the work that untrusted text can cause. A token that would exceed one fails like any other failed token: it
+/// stays in the text and is counted. The rest of the template resolves, but once a call has used up its tokens or
+/// characters, its remaining tokens fail too. A log line at level 2 names the limit. 0 allows nothing of the kind. Set
+/// per `TName` with `TName::SetLimits`.
 struct TNameLimits {
   /// Templates inside values inside values: how deep. A name that names itself ends here. 64 is far above what
-  /// definitions use and keeps the stack below 100 KiB.
+  /// definitions use and keeps the stack below 256 KiB.
   int nestedDepth = 64;
   /// Tokens looked at per public call, those inside values included.
   std::int64_t tokens = 10'000'000;
-  /// Characters (UTF-16 units) written per public call, those of values that were cut or nested included.
+  /// Characters (UTF-16 units) that values add per public call, those of values that were cut included.
   std::int64_t characters = std::int64_t{512} * 1024 * 1024;
-  /// Steps that the regular-expression matcher may take on one value, and how deep it may recurse.
+  /// Steps that the regular-expression matcher may take from one starting position in a value (from each of fewer, the
+  /// longer the value is), and how deep it may recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;
   unsigned long regexRecursion = 10'000;
 };

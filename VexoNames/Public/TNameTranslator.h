@@ -14,7 +14,8 @@ class NQ_EXPORT TNameTranslator : public virtual NQ_IInterface {
 
   /// From a name to its other form, or back: `out` takes the translation of `in`.
   virtual void TranslateName(const NQ_TString& in, NQ_TString& out) const = 0;
-  /// The text before and the text after a translated name.
+  /// The text before and the text after a translated name. For the way back they must differ, and neither may occur in
+  /// the other or in the rest of the text.
   virtual NQ_TString GetPrefix() const = 0;
   virtual NQ_TString GetSuffix() const = 0;
 };

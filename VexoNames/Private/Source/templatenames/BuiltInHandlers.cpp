@@ -4,7 +4,7 @@
 
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "NQ_TBoxed.h"
 #include "TName.h"
 #include "text/PrintfFormat.h"
@@ -124,12 +124,15 @@ bool TName::IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, cons
   });
 }
 
-bool TName::TimeTypeHandler(const NQ_TString&, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
-                            TName*, NQ_TString& result) {
+bool TName::TimeTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                            TName* names, NQ_TString& result) {
   return Guarded([&] {
     const auto* const time = value.As<NQ_TTime>();
     if (time == nullptr) return false;
-    result = time->Format(FormatOf(format, *entry, "%X"));
+    const NQ_TString pattern = FormatOf(format, *entry, "%X");
+    auto text = time->TryFormat(pattern);
+    if (!text) return names->LogFormat(key, pattern, "the text is over 65536 bytes, or the year out of range"), false;
+    result = std::move(*text);
     return true;
   });
 }

@@ -22,10 +22,11 @@ void TEntry::FindSlots() {
   slotsVersion_ = KeysVersion();
 }
 
-bool TEntry::IsPlain(const NQ_TString& text) {
-  if (text.WideText() == plainText_.WideText()) return true;
-  if (NeedsResolving(text.StringView())) return false;
-  plainText_ = text;
+bool TEntry::ValueIsPlain(const NQ_TString& value) {
+  constexpr unsigned int kShort = 1024;  // units: a value that is replaced is not held on to for much longer
+  if (value.WideText() == plainValue_.WideText()) return true;
+  if (NeedsResolving(value.StringView())) return false;
+  if (value.Length() <= kShort) plainValue_ = value;
   return true;
 }
 

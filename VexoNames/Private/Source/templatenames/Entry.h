@@ -35,8 +35,8 @@ class TEntry final : public NQ_TDict {
     return slots_;
   }
 
-  /// Whether resolving the text leaves it as it is; the answer for the last text is remembered.
-  bool IsPlain(const NQ_TString& text);
+  /// Whether resolving the name's value, a text, leaves it as it is. Remembered for the last short one.
+  bool ValueIsPlain(const NQ_TString& value);
 
   NQ_IPackable* NQ_Clone(void* = nullptr) const override;
   NQ_IPackable* NQ_Move() override;
@@ -49,7 +49,7 @@ class TEntry final : public NQ_TDict {
   int pins_ = 0;  // the registry's: while it is above 0, the entry outlives its removal
   TEntrySlots slots_;
   std::uint64_t slotsVersion_ = 0;
-  NQ_TString plainText_;  // a share of the last text that had nothing to resolve: it keeps the address unique
+  NQ_TString plainValue_;  // a share of the last value that had nothing to resolve: it keeps the address unique
 };
 
 }  // namespace templatenames

@@ -1,8 +1,11 @@
 // TName: what is done to the text of a value last, by the options of its name.
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "TName.h"
+#include "formatting/DateTime.h"
+#include "formatting/FormatNumber.h"
+#include "formatting/FormatText.h"
 #include "formatting/Options.h"
 
 using templatenames::Keys;
@@ -18,8 +21,12 @@ struct TDataFormat {
   TFormatter formatter;
 };
 
+bool FormatText(int, const NQ_TDict& options, NQ_TString& value) { return templatenames::FormatText(options, value); }
+
 constexpr TDataFormat kDataFormats[] = {
-    {u"", nullptr},
+    {u"TEXT", &FormatText},
+    {u"NUMBER", &templatenames::FormatNumber},
+    {u"DATETIME", &templatenames::FormatDateTimeValue},
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 // TName: which handlers produce the values of names.
 #include "AttributeKeys.h"
 #include "HandlerPointers.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "NQ_EException.h"
 #include "NameStore.h"
 #include "TName.h"

@@ -10,7 +10,8 @@ constexpr std::size_t kMaxTemplateLength = std::size_t{64} * 1024;  // units; lo
 
 }  // namespace
 
-TKeptTemplate::TKeptTemplate(const NQ_TString& text) : source(text) {
+// A copy of the text: the caller's may share much more memory than it shows.
+TKeptTemplate::TKeptTemplate(const NQ_TString& text) : source(text.StringView()) {
   const std::u16string_view units = source.StringView();
   TScanner scanner(units, ChooseMarkers(units));
   for (TScannedToken place; scanner.Next(place);)

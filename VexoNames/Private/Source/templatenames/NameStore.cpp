@@ -1,5 +1,8 @@
 #include "NameStore.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace templatenames {
 namespace {
 
@@ -40,8 +43,12 @@ void TNameStore::KeepIfPinned(NQ_TAny& held) {
 }
 
 void TNameStore::Unpin(TEntry& entry) noexcept {
-  if (--entry.pins_ == 0 && !removed_.empty())
-    std::erase_if(removed_, [](const NQ_TAny& held) { return EntryIn(held)->pins_ == 0; });
+  if (--entry.pins_ > 0 || removed_.empty()) return;
+  const auto unpinned = std::partition(removed_.begin(), removed_.end(),
+                                       [](const NQ_TAny& held) { return EntryIn(held)->pins_ > 0; });
+  // Destroyed last: what a caller stored in an entry may call back.
+  const std::vector<NQ_TAny> gone(std::make_move_iterator(unpinned), std::make_move_iterator(removed_.end()));
+  removed_.erase(unpinned, removed_.end());
 }
 
 }  // namespace templatenames

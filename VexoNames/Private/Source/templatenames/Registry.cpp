@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "AttributeKeys.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "NQ_EIncompatibleType.h"
 #include "NQ_ENoSuchKey.h"
 #include "NQ_ENotAnInt32.h"

@@ -1,6 +1,6 @@
 // TName: templates to text. A resolution holds the registry lock for the whole template; nested ones share its budget.
 #include "KeptTemplates.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "NameStore.h"
 #include "TName.h"
 #include "Token.h"
@@ -21,6 +21,7 @@ class TName::TRun {
     if (names_.budget_.depth++ == 0) {
       names_.budget_.tokens = names_.limits_.tokens;
       names_.budget_.characters = names_.limits_.characters;
+      names_.budget_.regexErrors = 0;
     }
   }
   TRun(const TRun&) = delete;
@@ -70,6 +71,7 @@ bool TName::Resolve(const NQ_TString& text, NQ_TURL& url) {
   int count = 0;
   NQ_TString resolved;
   {
+    const TRun run(*this);  // first: the level is changed and put back by one thread at a time
     const TQuiet quiet(*this);
     Resolve(text, resolved, count);
   }
@@ -134,7 +136,7 @@ void TName::Resolve(const NQ_TString& text, NQ_TString& result, int& count) {
 void TName::AppendResolved(const NQ_TString& text, NQ_TString& out, int& count) {
   const std::u16string_view units = text.StringView();
   if (units.starts_with(kLiteralMarker)) {
-    AppendText(units.substr(kLiteralMarker.size()), out);
+    AppendLiteral(units.substr(kLiteralMarker.size()), out);
     return;
   }
   if (const auto kept = names_->Templates().Find(text); kept != nullptr && !Logs(1)) {
@@ -150,11 +152,11 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
   out.Reserve(out.Length() + text.Length());  // values are about as long as their tokens
   TScanner scanner(units, markers);
   for (TScannedToken place; scanner.Next(place);) {
-    AppendText(units.substr(place.literal, place.begin - place.literal), out);
+    AppendLiteral(units.substr(place.literal, place.begin - place.literal), out);
     if (!AppendToken(units.substr(place.textBegin, place.textEnd - place.textBegin), out, count))
-      AppendText(units.substr(place.begin, place.end - place.begin), out);
+      AppendLiteral(units.substr(place.begin, place.end - place.begin), out);
   }
-  AppendText(units.substr(scanner.Done()), out);
+  AppendLiteral(units.substr(scanner.Done()), out);
   if (!Logs(1)) return;
   if (scanner.SyntaxError()) Log("TE: Template name syntax error: no begin token found in ", text);
   Log("TName::Resolve: \"", text, "\" = \"", out, '"');
@@ -163,15 +165,25 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
 void TName::AppendKept(TKeptTemplate& kept, NQ_TString& out, int& count) {
   const std::u16string_view units = kept.source.StringView();
   for (auto& [place, token] : kept.pieces) {
-    AppendText(units.substr(place.literal, place.begin - place.literal), out);
-    if (!AppendToken(token, out, count)) AppendText(units.substr(place.begin, place.end - place.begin), out);
+    AppendLiteral(units.substr(place.literal, place.begin - place.literal), out);
+    if (!AppendToken(token, out, count)) AppendLiteral(units.substr(place.begin, place.end - place.begin), out);
   }
-  AppendText(units.substr(kept.done), out);
+  AppendLiteral(units.substr(kept.done), out);
+}
+
+// The text of the outermost template is free: only what values add to it is bounded.
+void TName::AppendLiteral(std::u16string_view text, NQ_TString& out) {
+  if (budget_.depth > 1) budget_.characters -= static_cast<std::int64_t>(text.size());
+  AppendFree(text, out);
 }
 
 void TName::AppendText(std::u16string_view text, NQ_TString& out) {
-  if (text.empty()) return;
   budget_.characters -= static_cast<std::int64_t>(text.size());
+  AppendFree(text, out);
+}
+
+void TName::AppendFree(std::u16string_view text, NQ_TString& out) {
+  if (text.empty()) return;
   char16_t* const end = out.AppendUninitialized(static_cast<unsigned int>(text.size()));
   std::memcpy(end, text.data(), text.size() * sizeof(char16_t));
 }
@@ -179,7 +191,7 @@ void TName::AppendText(std::u16string_view text, NQ_TString& out) {
 // ---- single tokens
 
 bool TName::AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count) {
-  if (tokenText.empty()) return true;
+  if (tokenText.empty()) return ResolveEmptyToken();
   if (const auto kept = names_->Tokens().Find(tokenText)) return AppendToken(kept->token, out, count);
   TToken token(tokenText);
   return AppendToken(token, out, count);
@@ -187,24 +199,29 @@ bool TName::AppendToken(std::u16string_view tokenText, NQ_TString& out, int& cou
 
 // Appends the value of a token; on failure counts it and leaves the text as it was.
 bool TName::AppendToken(TToken& token, NQ_TString& out, int& count) {
-  if (token.text.empty()) return true;
+  if (token.text.empty()) return ResolveEmptyToken();
   const unsigned int begin = out.Length();
   if (AppendStoredValue(token, out, count)) {
     if (budget_.characters >= 0) return true;
     out.Truncate(begin);
-    LogToken(NQ_TString(token.parts.key), ExceededLimit());
     ++count;
     return false;
   }
   NQ_TString value;
   if (!ResolveTokenEx(token, value, count)) return false;
-  AppendText(value.StringView(), out);
+  AppendFree(value.StringView(), out);
+  return true;
+}
+
+// An empty token is an empty text, formatted by no name's options.
+bool TName::ResolveEmptyToken() const {
+  if (Logs(2)) Log("TName::ApplyFormattingOptions: key = \"\"");
   return true;
 }
 
 bool TName::ResolveTokenEx(TToken& token, NQ_TString& result, int& count) {
   result = NQ_TString();
-  if (token.text.empty()) return true;
+  if (token.text.empty()) return ResolveEmptyToken();
   if (Logs(2)) {
     Log("TName::ResolveTokenEx: \tKey: \"", NQ_TString(token.parts.key), "\"; Format: \"",
         NQ_TString(token.parts.format), "\"; Elem: \"", NQ_TString(token.parts.elem), "\"; Extract: \"",

@@ -20,7 +20,9 @@ bool ResolveAt(const NQ_TAny& in, TName* names, NQ_TAny& out, int depth) {
     out = std::move(resolved);
     return ok;
   }
-  out = in;
+  // What is held by reference is copied, not written to.
+  const auto* const object = in.As<NQ_IPackable>();
+  out = object != nullptr && in.As<NQ_IIteratable>() != nullptr ? NQ_TAny(*object) : in;
   return ResolveElements(out, names, depth);
 }
 

@@ -4,7 +4,7 @@
 
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "TName.h"
 #include "text/Regex.h"
 
@@ -15,6 +15,9 @@ using templatenames::TRegexOutcome;
 using templatenames::TStageError;
 
 namespace {
+
+// Searches that ran into a limit within one call. Each may have taken a second; after these, the others fail at once.
+constexpr int kMaxRegexErrors = 10;
 
 /// What a stage is to do: the token's attribute, else the name's own; null when there is neither. False when the name's
 /// own is no text.
@@ -86,6 +89,10 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
   if (specification == nullptr) return result = input, true;
   const NQ_TString pattern = *specification;
   if (logs) Log("TName::TNameRegexHandler: RegEx string = \"", pattern, '"');
+  if (names->budget_.regexErrors >= kMaxRegexErrors) {
+    names->LogToken(key, " More failed searches with regular expressions than the limit allows");
+    return false;
+  }
   const TRegexLimits limits{names->limits_.regexMatch, names->limits_.regexRecursion};
   TRegexOutcome outcome = templatenames::FirstGroup(pattern, input, limits);
   switch (outcome.kind) {
@@ -98,6 +105,7 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
       result = NQ_TString();
       return true;
     case TRegexOutcome::TKind::MatchError:
+      ++names->budget_.regexErrors;
       Log("TName:'", input, "' does not match regex '", pattern, "':match error ", outcome.code);
       result = input;
       return false;

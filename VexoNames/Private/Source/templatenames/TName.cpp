@@ -1,14 +1,11 @@
 // TName: the object itself, its log and its limits.
 #include "TName.h"
 
-#include <iostream>
+#include <algorithm>
 
-#include "Log.h"
 #include "NameStore.h"
 
 using templatenames::TNameStore;
-
-void templatenames::WriteLine(const std::string& line) { std::cout << line + '\n' << std::flush; }
 
 TName::TName()
     : names_(std::make_unique<TNameStore>()),
@@ -36,6 +33,7 @@ int TName::GetDebugLevel() const { return debugLevel_.load(std::memory_order_rel
 void TName::SetLimits(const TNameLimits& limits) {
   const std::lock_guard guard(lock_);
   limits_ = limits;
+  limits_.characters = std::max<std::int64_t>(limits.characters, -1);
 }
 
 TNameLimits TName::GetLimits() const {

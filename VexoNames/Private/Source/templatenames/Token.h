@@ -25,10 +25,13 @@ struct TToken {
     return integerFormat ? &*integerFormat : nullptr;
   }
 
-  /// The token's regular expression, compiled; found once.
+  /// The token's regular expression, compiled; found once unless it is large. Valid until the next one is asked for.
   const TRegex& Regex() {
-    if (regex == nullptr) regex = FindRegex(NQ_TString(parts.regex));
-    return *regex;
+    constexpr std::size_t kLarge = 8192;  // bytes; kept tokens are many, and what they hold counts nowhere else
+    if (regex != nullptr) return *regex;
+    const TRegex& found = KeptRegex(NQ_TString(parts.regex));
+    if (found.Bytes() <= kLarge) regex = FindRegex(NQ_TString(parts.regex));
+    return found;
   }
 
   std::shared_ptr<const TRegex> regex;

@@ -1,5 +1,5 @@
 // TName: templates in another form. The registry is only asked whether names are defined.
-#include "Log.h"
+#include "text/Log.h"
 #include "TName.h"
 #include "text/Find.h"
 #include "text/Scan.h"
@@ -19,8 +19,7 @@ constexpr const char* kSyntaxError = "TE: Template name syntax error: no begin t
 }  // namespace
 
 bool TName::IsMarked(const NQ_TString& text) {
-  static const NQ_TString pattern(u"<<CDATA/>>*");
-  return text.Match(pattern, 0);
+  return text.StringView().starts_with(kLiteralMarker);
 }
 
 NQ_TString TName::AddMarker(const NQ_TString& text) {

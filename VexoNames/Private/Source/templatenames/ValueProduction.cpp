@@ -3,8 +3,10 @@
 //
 // Most tokens are names with a stored value and the library's own handlers; AppendStoredValue writes those without
 // making a value of its own, and leaves everything else, failures included, to ProduceValue.
+#include <algorithm>
+
 #include "HandlerPointers.h"
-#include "Log.h"
+#include "text/Log.h"
 #include "NQ_TBoxed.h"
 #include "NameStore.h"
 #include "TName.h"
@@ -27,6 +29,8 @@ using templatenames::TypeFunctionIn;
 
 namespace {
 
+// In longer texts a search may take long, and one that fails would be made a second time, to be reported.
+constexpr std::size_t kLongSubject = 4096;
 constexpr const char* kTooManyCharacters = " More characters than the limit allows";
 
 /// Keeps the entry in hand alive while handlers run.
@@ -94,7 +98,8 @@ TEntry* TName::FindEntry(TToken& token) const {
 
 // The limit that the resolution in hand has reached, or null.
 const char* TName::ExceededLimit() const {
-  if (budget_.depth > limits_.nestedDepth + 1) return " Nested deeper than the limit allows";
+  if (budget_.depth - 1 > limits_.nestedDepth)  // the outermost template is not nested
+    return " Nested deeper than the limit allows";
   if (budget_.tokens <= 0) return " More tokens than the limit allows";
   if (budget_.characters < 0) return kTooManyCharacters;
   return nullptr;
@@ -122,7 +127,7 @@ bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
 bool TName::AppendStoredText(TToken& token, TEntry& entry, const TEntrySlots& slots, NQ_TString& out, int& count) {
   const auto* const text = std::as_const(*slots.value).As<NQ_TString>();
   if (text == nullptr || (token.parts.format.empty() ? FormatOf(slots) : token.parts.format) != u"%s") return false;
-  const bool plain = entry.IsPlain(*text);
+  const bool plain = entry.ValueIsPlain(*text);
   if (HasStages(token, slots)) return plain && AppendStages(token, slots, text->StringView(), out);
   --budget_.tokens;
   if (plain) {
@@ -137,31 +142,38 @@ bool TName::AppendStoredText(TToken& token, TEntry& entry, const TEntrySlots& sl
 
 // Appends what the stages leave of the text; false, with nothing changed, when one of them has something to report.
 bool TName::AppendStages(TToken& token, const TEntrySlots& slots, std::u16string_view text, NQ_TString& out) {
+  const auto whole = static_cast<std::int64_t>(text.size());
   if (!token.parts.elem.empty() || slots.elem != nullptr) {
     std::u16string_view separator;
     int index = 0;
-    if (templatenames::ParseElem(StageOf(token.parts.elem, slots.elem), separator, index) != TStageError::None) return false;
+    const TStageError error = templatenames::ParseElem(StageOf(token.parts.elem, slots.elem), separator, index);
+    if (error != TStageError::None) return false;
     text = templatenames::Element(text, separator, index);
   }
   if (!token.parts.extract.empty() || slots.extract != nullptr) {
     int start = 0;
     int length = 0;
-    if (templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract), start, length) != TStageError::None) return false;
+    const TStageError error = templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract), start, length);
+    if (error != TStageError::None) return false;
     text = templatenames::Extract(text, start, length);
   }
-  const unsigned int begin = out.Length();
   if (token.parts.regex.empty() && slots.regex == nullptr) {
-    AppendText(text, out);
-  } else {
-    const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
-    const auto* const own = token.parts.regex.empty() ? std::as_const(*slots.regex).As<NQ_TString>() : nullptr;
-    if (token.parts.regex.empty() && own == nullptr) return false;
-    const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
-    if (regex.AppendFirstGroup(text, limits, out).kind != TRegexResult::TKind::Matched) return false;
-    budget_.characters -= out.Length() - begin;
+    AppendFree(text, out);
+  } else if (!AppendGroup(token, slots, text, out)) {
+    return false;
   }
+  budget_.characters -= whole;  // the stages may leave little of much
   --budget_.tokens;
   return true;
+}
+
+bool TName::AppendGroup(TToken& token, const TEntrySlots& slots, std::u16string_view text, NQ_TString& out) const {
+  if (text.size() > kLongSubject) return false;
+  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
+  const auto* const own = token.parts.regex.empty() ? std::as_const(*slots.regex).As<NQ_TString>() : nullptr;
+  if (token.parts.regex.empty() && own == nullptr) return false;
+  const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
+  return regex.AppendFirstGroup(text, limits, out).kind == TRegexResult::TKind::Matched;
 }
 
 bool TName::AppendStoredNumber(TToken& token, const TEntrySlots& slots, NQ_TString& out) {
@@ -191,14 +203,17 @@ bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
   const TPin pin(*names_, *entry);
   NQ_TAny value;
   if (!LookUp(key, *entry, value)) return false;
-  ResolveNested(*entry, value, count);
+  const std::int64_t before = budget_.characters;
+  ResolveNested(value, count);
   const TTypeFunction toText = TypeFunctionIn(entry->Slots().typeHandler);
   if (toText == nullptr) return LogToken(key, " No type handler defined"), false;
   if (!toText(key, value, NQ_TString(token.parts.format), entry, this, result)) return false;
-  budget_.characters -= result.Length();  // stages may leave little of much text
+  // A value counts once, by the longest text on its way: stages may leave little of much.
+  const auto charge = [&] { budget_.characters = std::min(budget_.characters, before - result.Length()); };
+  charge();
   if (!RunStages(key, token, *entry, result)) return false;
   const bool formatted = ApplyFormattingOptions(key, *entry, result);
-  budget_.characters -= result.Length();
+  charge();
   if (budget_.characters < 0) return LogToken(key, kTooManyCharacters), false;
   return formatted;
 }
@@ -216,9 +231,9 @@ bool TName::LookUp(const NQ_TString& key, TEntry& entry, NQ_TAny& value) {
   return found;
 }
 
-void TName::ResolveNested(TEntry& entry, NQ_TAny& value, int& count) {
+void TName::ResolveNested(NQ_TAny& value, int& count) {
   const auto* const text = std::as_const(value).As<NQ_TString>();
-  if (text == nullptr || (entry.IsPlain(*text) && !Logs(1))) return;
+  if (text == nullptr || (!templatenames::NeedsResolving(text->StringView()) && !Logs(1))) return;
   const NQ_TString source = *text;
   NQ_TString resolved;
   Resolve(source, resolved, count);

@@ -13,7 +13,7 @@ inline constexpr std::size_t kNone = std::u16string_view::npos;
 /// Whether the character is among the eight units at that address. Written with the compilers' vector types: whether
 /// they turn a plain loop into vector code depends on the optimisation level.
 inline bool HasUnitInBlock(const char16_t* units, char16_t unit) {
-  typedef std::uint16_t TBlock __attribute__((vector_size(16)));
+  using TBlock __attribute__((vector_size(16))) = std::uint16_t;
   const TBlock wanted = {unit, unit, unit, unit, unit, unit, unit, unit};
   TBlock block;
   std::memcpy(&block, units, sizeof block);

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "text/Regex.h"
+#include "text/ThreadKept.h"
 
 namespace templatenames {
 namespace {
@@ -65,17 +66,8 @@ struct TThreadPatterns {
   TPointer large;  // the last one that is too large to be kept here
 };
 
-// A plain pointer in front: looking at an object that is constructed at first use costs a check of its own.
-constinit thread_local TThreadPatterns* tPatterns = nullptr;
-
-TThreadPatterns& NewThreadPatterns() {
-  thread_local TThreadPatterns patterns;
-  tPatterns = &patterns;
-  return patterns;
-}
-
 const TPointer& Find(const NQ_TString& pattern) {
-  TThreadPatterns& mine = tPatterns != nullptr ? *tPatterns : NewThreadPatterns();
+  TThreadPatterns& mine = TThreadKept<TThreadPatterns>::Mine();
   TThreadPatterns::TPlace& place = mine.places[pattern.Hash() % TThreadPatterns::kPlaces];
   if (place.regex != nullptr && place.pattern == pattern) return place.regex;
   TPointer found = ProcessPatterns().Find(pattern);

@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "text/ThreadKept.h"
+
 namespace templatenames {
 namespace {
 
@@ -30,19 +32,10 @@ class TNativeStack {
   TNativeStack(const TNativeStack&) = delete;
   TNativeStack& operator=(const TNativeStack&) = delete;
 
-  /// The running thread's; null when there is no memory for it.
-  static pcre_jit_stack* Mine() {
-    // A plain pointer in front: looking at an object that is constructed at first use costs a check of its own.
-    constinit thread_local static pcre_jit_stack* mine = nullptr;
-    return mine != nullptr ? mine : mine = New();
-  }
+  /// Null when there is no memory for it.
+  pcre_jit_stack* Get() const { return stack_; }
 
  private:
-  static pcre_jit_stack* New() {
-    thread_local TNativeStack stack;
-    return stack.stack_;
-  }
-
   pcre_jit_stack* const stack_;
 };
 
@@ -102,7 +95,7 @@ std::ptrdiff_t TPcreProgram::LastStart(std::string_view text) const {
 
 // The text is known to be UTF-8, so that PCRE need not check it again; machine code never does.
 int TPcreProgram::Search(std::string_view text, std::size_t start, TRegexLimits limits, TOffsets& offsets) const {
-  pcre_jit_stack* const stack = native_ ? TNativeStack::Mine() : nullptr;
+  pcre_jit_stack* const stack = native_ ? TThreadKept<TNativeStack>::Mine().Get() : nullptr;
   if (stack == nullptr) return Interpret(text, static_cast<int>(start), limits, offsets);
   pcre_extra extra{};  // only what machine code looks at: copying all of the study takes longer than all else here
   extra.flags = PCRE_EXTRA_EXECUTABLE_JIT | PCRE_EXTRA_MATCH_LIMIT;

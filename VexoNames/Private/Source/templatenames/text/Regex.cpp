@@ -8,6 +8,7 @@
 #include "NQ_Utf.h"
 #include "text/FromUtf8.h"
 #include "text/NarrowAscii.h"
+#include "text/ThreadKept.h"
 
 namespace templatenames {
 namespace {
@@ -53,10 +54,7 @@ class TSubject {
   static constexpr std::size_t kShort = 256;
   static constexpr std::size_t kKeptScratch = 1024 * 1024;
 
-  static std::string& Scratch() {
-    thread_local std::string scratch;
-    return scratch;
-  }
+  static std::string& Scratch() { return TThreadKept<std::string>::Mine(); }
 
   char short_[3 * kShort];  // a unit takes three bytes at most
   std::string_view text_;

@@ -1,0 +1,246 @@
+#include "formatting/FormatText.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/regex.hpp>
+#include <chrono>
+#include <random>
+#include <string>
+
+#include "NQ_EException.h"
+#include "NQ_TURL.h"
+#include "OptionsText.h"
+#include "formatting/Rewriting.h"
+
+namespace templatenames {
+namespace {
+
+using formatting_test::Options;
+using formatting_test::Pairs;
+using formatting_test::S;
+using namespace std::string_literals;
+
+std::string Formatted(const NQ_TDict& options, const std::string& value) {
+  NQ_TString text = S(value);
+  EXPECT_TRUE(FormatText(options, text));
+  return std::string(text.Narrow());
+}
+
+TEST(FormatText, Values) {
+  struct {
+    const char* options;
+    std::string value, formatted;
+  } const cases[] = {
+      {"", " a<b ", " a<b "},
+      {"RemoveSpaces=true", "  a b  ", "a b"},
+      {"RemoveSpaces=true", "a ", "a"},
+      {"RemoveSpaces=true", "\t\r\n", ""},
+      {"RemoveSpaces=true", "\0\u001Fa\0"s, "a"},
+      {"RemoveSpaces=true", "\u00A0 a\u2003", "\u00A0 a\u2003"},
+      {"RemoveSpaces=false", " a ", " a "},
+      {"Transformation=UPPERCASE", "stra\u00DFe", "STRASSE"},
+      {"Transformation=LOWERCASE", "\u00C4B", "\u00E4b"},
+      {"Transformation=uppercase", "a", "a"},
+      {"Encoding=XML|Transformation=UPPERCASE", "a&b", "A&amp;B"},
+      {"Encoding=XML", "a<\"b\">", "a&lt;&quot;b&quot;&gt;"},
+      {"Encoding=XML", "&quot;'\U0001F4C4\0"s, "&amp;quot;&apos;\U0001F4C4\0"s},
+      {"Encoding=XML|RemoveSpaces=true", " < ", "&lt;"},
+      {"Encoding=URL", "a b/\u00E9\u20AC\U0001F4C4~", "a%20b/%C3%A9%E2%82%AC%F0%9F%93%84~"},
+      {"Encoding=URL", "D:\\dir\\file", "D:%5Cdir%5Cfile"},
+      {"Encoding=URL", "smb://server:445/share/a b", "smb://server:445/share/a%20b"},
+      {"Encoding=URL", "smb://server/share:1", "smb://server/share%3A1"},
+      {"Encoding=URL", "smb://my-host:445/x", "smb://my-host%3A445/x"},
+      {"Encoding=URL", "SMB://:/:x", "SMB://:/%3Ax"},
+      {"Encoding=URL", "a:b:c", "a:b%3Ac"},
+      {"Encoding=URL", "1a:b", "1a%3Ab"},
+      {"Encoding=URL", "a b:c", "a%20b%3Ac"},
+      {"Encoding=URL", ":x ", ":x%20"},
+      {"Encoding=url", "a b", "a b"},
+      {"Encoding=CUSTOM|CustomEncoding=a>b,b>c", "ab", "cc"},
+      {"Encoding=CUSTOM|CustomEncoding=b>c,a>b", "ab", "bc"},
+      {"Encoding=CUSTOM|CustomEncoding=aa>a", "aaaaa", "aaa"},
+      {"Encoding=CUSTOM|CustomEncoding=>x,b>", "ab", "a"},
+      {"Encoding=CUSTOM|CustomEncoding=a>x,a>y,x>z", "aa", "zz"},
+      {"Encoding=CUSTOM|CustomEncoding=\u00E9>e,e>a longer text,t>T", "\u00E9", "a longer TexT"},
+      {"Encoding=CUSTOM", "ab", "ab"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(std::string(row.options) + " of " + row.value);
+    EXPECT_EQ(Formatted(Options(row.options), row.value), row.formatted);
+  }
+}
+
+TEST(FormatText, OptionsOfAnotherKindAreAbsent) {
+  NQ_TDict options;
+  options["RemoveSpaces"] = "true";
+  options["Transformation"] = 1;
+  options["Encoding"] = "CUSTOM";
+  options["CustomEncoding"] = "a>b";
+  EXPECT_EQ(Formatted(options, " a "), " a ");
+}
+
+// The replacements of earlier pairs stay.
+TEST(FormatText, BrokenPairsThrow) {
+  NQ_TDict noReplace, textForFind;
+  noReplace["Find"] = "b";
+  textForFind["Find"] = 1;
+  textForFind["Replace"] = "x";
+  struct {
+    NQ_TAny element;
+    const char* message;
+  } const cases[] = {
+      {NQ_TAny("b>c"), "An element of CustomEncoding is no dictionary"},
+      {NQ_TAny(), "An element of CustomEncoding is no dictionary"},
+      {NQ_TDict(), "The dictionary has no such key"},
+      {noReplace, "The dictionary has no such key"},
+      {textForFind, "This value in an element of CustomEncoding is no text"},
+  };
+  for (const auto& row : cases) {
+    NQ_TArray pairs = Pairs("a>b,bb>cc");
+    pairs.Add(row.element);
+    NQ_TDict options = Options("Encoding=CUSTOM");
+    options["CustomEncoding"] = pairs;
+    NQ_TString value = "aba";
+    try {
+      FormatText(options, value);
+      FAIL() << row.element;
+    } catch (const NQ_EException& error) {
+      EXPECT_STREQ(error.NQ_Message().c_str(), row.message);
+      EXPECT_STREQ(value.c_str(), "ccb");
+    }
+  }
+}
+
+// ---- limits
+
+TEST(FormatText, TextsDoNotGrowWithoutEnd) {
+  std::string doubling = "a>aa";
+  for (int i = 1; i < 60; ++i) doubling += ",a>aa";
+  NQ_TString value = "a-a";
+  EXPECT_FALSE(FormatText(Options("Encoding=CUSTOM|CustomEncoding=" + doubling), value));
+  EXPECT_LE(value.Length(), kMostRewritten);
+  EXPECT_GT(value.Length(), kMostRewritten / 3);
+
+  const std::u16string text(kMostRewritten / 3, u'<');
+  value = NQ_TString(text);
+  EXPECT_FALSE(FormatText(Options("Encoding=XML"), value));
+  EXPECT_TRUE(value.Equals(text));
+  EXPECT_TRUE(FormatText(Options("Encoding=URL"), value));
+  EXPECT_EQ(value.Length(), kMostRewritten / 3 * 3);
+}
+
+TEST(FormatText, LongTextsMayShrink) {
+  NQ_TString value(std::u16string(kMostRewritten + 2, u'a'));
+  EXPECT_TRUE(FormatText(Options("Encoding=CUSTOM|CustomEncoding=aaa>bb"), value));
+  EXPECT_EQ(value.Length(), (kMostRewritten + 2) / 3 * 2 + (kMostRewritten + 2) % 3);
+}
+
+// Takes hours when a long text is compared anew at every place.
+TEST(FormatText, ReplacingTakesLinearTime) {
+  NQ_TDict pair;
+  pair["Find"] = S(std::string(1'000'000, 'a') + "b");
+  pair["Replace"] = "";
+  NQ_TArray pairs;
+  pairs.Add(pair);
+  NQ_TDict options = Options("Encoding=CUSTOM");
+  options["CustomEncoding"] = pairs;
+  EXPECT_EQ(Formatted(options, std::string(3'000'000, 'a') + "bc").size(), 2'000'001U);
+}
+
+// ---- against the plain way
+
+class TRandomTexts : public ::testing::Test {
+ protected:
+  static constexpr unsigned kSeed = 20250311;
+  static constexpr int kTexts = 20'000;
+
+  std::size_t Below(std::size_t end) { return random_() % end; }
+  std::u16string Some(std::u16string_view units, std::size_t most) {
+    std::u16string some;
+    for (std::size_t n = Below(most + 1); n > 0; --n) some += units[Below(units.size())];
+    return some;
+  }
+  void Expect(const NQ_TDict& options, const std::u16string& text, const NQ_TString& expected) {
+    NQ_TString value{std::u16string_view(text)};
+    ASSERT_TRUE(FormatText(options, value));
+    ASSERT_EQ(value, expected) << options << " of " << NQ_TString(text) << ", seed " << kSeed;
+  }
+
+  std::mt19937 random_{kSeed};
+};
+
+TEST_F(TRandomTexts, XmlIsFiveReplacements) {
+  const NQ_TDict options = Options("Encoding=XML");
+  for (int i = 0; i < kTexts; ++i) {
+    const std::u16string text = Some(u"ab \u00E9\xD83D\xDCC4&&<>'\"", i % 50 == 0 ? 5'000 : 40);
+    const NQ_TString expected = NQ_TString(text)
+                                    .Replace("&", "&amp;")
+                                    .Replace("\"", "&quot;")
+                                    .Replace("<", "&lt;")
+                                    .Replace(">", "&gt;")
+                                    .Replace("'", "&apos;");
+    ASSERT_NO_FATAL_FAILURE(Expect(options, text, expected));
+  }
+}
+
+TEST_F(TRandomTexts, CustomIsOneReplacementAfterTheOther) {
+  constexpr std::u16string_view kUnits = u"aaabbc\u00E9\xD83D";
+  for (int i = 0; i < kTexts; ++i) {
+    const std::u16string text = Some(kUnits, i % 50 == 0 ? 3'000 : 40);
+    NQ_TString expected(text);
+    NQ_TArray pairs;
+    for (std::size_t n = Below(6); n > 0; --n) {
+      const NQ_TString find(Some(kUnits, i % 4 == 0 ? 20 : 2)), replace(Some(kUnits, i % 5 == 0 ? 300 : 3));
+      if (expected.Length() > 100'000) break;
+      expected = expected.Replace(find, replace);
+      NQ_TDict pair;
+      pair["Find"] = find;
+      pair["Replace"] = replace;
+      pairs.Add(pair);
+    }
+    NQ_TDict options = Options("Encoding=CUSTOM");
+    options["CustomEncoding"] = pairs;
+    ASSERT_NO_FATAL_FAILURE(Expect(options, text, expected));
+  }
+}
+
+// The structure of URLs as two regular expressions for the whole text.
+NQ_TString UrlByRegex(const std::u16string& text) {
+  static const boost::wregex url(L"(?i)([a-z]*):(.*)"), server(L"(?i)//([a-z]*):([0-9]*)/(.*)");
+  const std::wstring wide(text.begin(), text.end());  // unit by unit
+  const auto part = [&text](const std::wstring& subject, const boost::wsmatch& match, unsigned group) {
+    const std::size_t before = text.size() - subject.size();
+    return NQ_TString(text.substr(before + static_cast<std::size_t>(match.position(group)),
+                                  static_cast<std::size_t>(match.length(static_cast<int>(group)))));
+  };
+  const auto encoded = [](const NQ_TString& piece) { return NQ_TURL::HexEncode(piece); };
+  boost::wsmatch match;
+  if (!boost::regex_match(wide, match, url)) return encoded(NQ_TString(text));
+  const NQ_TString scheme = part(wide, match, 1), rest = part(wide, match, 2);
+  const std::wstring wideRest = match[2].str();
+  if (!boost::regex_match(wideRest, match, server)) return scheme + ":" + encoded(rest);
+  return scheme + "://" + encoded(part(wideRest, match, 1)) + ":" + part(wideRest, match, 2) + "/" +
+         encoded(part(wideRest, match, 3));
+}
+
+TEST_F(TRandomTexts, UrlsAreTakenApartAsByRegularExpressions) {
+  // The Kelvin sign, the long s and the dotted I fold to ASCII letters in some locales.
+  constexpr std::u16string_view kUnits = u"aZ@[`{09/::\n\r\0\u2028 %\u00E9\u212A\u017F\u0130\xD83D\xDCC4";
+  const std::u16string_view pieces[] = {u"smb", u":", u"//", u"Server", u":", u"445", u"/", u"a b"};
+  const NQ_TDict options = Options("Encoding=URL");
+  int whole = 0;
+  for (int i = 0; i < kTexts; ++i) {
+    std::u16string text;
+    for (const std::u16string_view piece : pieces) {
+      if (Below(16) != 0) text += piece;
+      if (Below(16) == 0) text += Some(kUnits, 3);
+    }
+    if (i % 4 == 0) text = Some(kUnits, i % 50 == 0 ? 3'000 : 12);
+    whole += text.starts_with(u"smb://Server:445/") ? 1 : 0;
+    ASSERT_NO_FATAL_FAILURE(Expect(options, text, UrlByRegex(text)));
+  }
+  EXPECT_GT(whole, kTexts / 10);
+}
+
+}  // namespace
+}  // namespace templatenames

@@ -1,0 +1,79 @@
+// Writing a text anew, piece by piece, in place of the text that the pieces are made from.
+//
+//   TRewriting rewriting(value);
+//   rewriting.Add(u"a"); ...
+//   return rewriting.Finish();
+//
+// Pieces may lie in the value, which is unchanged until Finish. A short result takes no memory but the value's.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "NQ_TString.h"
+
+namespace templatenames {
+
+/// A rewritten text gets no longer than this, unless it was before: a few replacements that double the text exhaust the
+/// memory otherwise.
+inline constexpr std::size_t kMostRewritten = 64 * 1024 * 1024;
+
+class TRewriting {
+ public:
+  explicit TRewriting(NQ_TString& value) : value_(value) {}
+
+  /// Room for that many units, at most kRoom, to be written from there on; Took says up to where they were.
+  char16_t* Room(std::size_t units) {
+    if (static_cast<std::size_t>(std::end(units_) - end_) < units) Flush();
+    return end_;
+  }
+  void Took(char16_t* end) { end_ = end; }
+  void Add(std::u16string_view piece) {
+    if (piece.size() > kRoom / 4) {
+      Flush();
+      AppendToWritten(piece);
+    } else {
+      char16_t* const at = Room(piece.size());
+      Took(std::copy(piece.begin(), piece.end(), at));
+    }
+  }
+  /// Whether the result has become too long; what is added from then on is lost.
+  bool TooLong() const { return tooLong_; }
+  /// Gives the value its new text; false, with the value unchanged, when that is too long.
+  bool Finish() {
+    if (written_.Empty() && !tooLong_) {
+      value_.Clear();
+      value_.Append(Collected());
+      return true;
+    }
+    Flush();
+    if (tooLong_) return false;
+    value_ = std::move(written_);
+    return true;
+  }
+
+  static constexpr std::size_t kRoom = 1024;
+
+ private:
+  std::u16string_view Collected() const { return {units_, static_cast<std::size_t>(end_ - units_)}; }
+  void Flush() {
+    AppendToWritten(Collected());
+    end_ = units_;
+  }
+  void AppendToWritten(std::u16string_view piece) {
+    const std::size_t most = std::max<std::size_t>(kMostRewritten, value_.Length());
+    tooLong_ = tooLong_ || piece.size() > most || written_.Length() > most - piece.size();
+    if (!tooLong_) written_.Append(piece);
+  }
+
+  NQ_TString& value_;
+  NQ_TString written_;
+  bool tooLong_ = false;
+  char16_t* end_ = units_;
+  char16_t units_[kRoom];
+};
+
+}  // namespace templatenames

@@ -1,0 +1,78 @@
+#include "formatting/Substitutions.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace templatenames {
+
+bool TSubstitutions::Add(std::u16string_view find, std::u16string_view replace) {
+  if (find.size() != 1 || find.front() >= kAscii || putIn_.Has(find.front()) || count_ == kMost) return false;
+  if (found_.Has(find.front())) return true;  // no such character is left
+  found_.Add(find.front());
+  numbers_[find.front()] = static_cast<std::uint8_t>(count_);
+  TText& text = texts_[count_++];
+  replace.copy(text.units, kShort);
+  text.length = static_cast<char16_t>(std::min(replace.size(), kShort + 1));
+  text.text = replace.data();
+  text.textLength = replace.size();
+  for (const char16_t unit : replace)
+    if (unit < kAscii) putIn_.Add(unit);
+  return true;
+}
+
+void TSubstitutions::Clear() {
+  found_ = {};
+  putIn_ = {};
+  count_ = 0;
+}
+
+// The first position at which something changes, or the length.
+std::size_t TSubstitutions::FirstChange(std::u16string_view text, std::size_t from, bool others) const {
+  const auto changes = [&](char16_t unit) { return found_.Has(unit) || (others && unit >= kAscii); };
+  return static_cast<std::size_t>(std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), changes) -
+                                  text.begin());
+}
+
+// Writes what becomes of the characters up to `stop`; stops before one that becomes something longer than kShort units.
+char16_t* TSubstitutions::ApplyShort(std::u16string_view text, std::size_t& at, std::size_t stop, bool others,
+                                     char16_t* out) const {
+  for (; at < stop; ++at) {
+    const char16_t unit = text[at];
+    if (found_.Has(unit)) {
+      const TText& put = texts_[numbers_[unit]];
+      if (put.length > kShort) break;
+      std::memcpy(out, &put, sizeof put.units + sizeof put.length);
+      out += put.length;
+    } else {
+      if (others && unit >= kAscii) break;
+      *out++ = unit;
+    }
+  }
+  return out;
+}
+
+bool TSubstitutions::Apply(NQ_TString& value, std::size_t from, TAddOther addOther) const {
+  const bool others = addOther != nullptr;
+  const std::u16string_view text = value.StringView();
+  std::size_t at = FirstChange(text, from, others);
+  if (at == text.size()) return true;
+  TRewriting rewriting(value);
+  rewriting.Add(text.substr(0, at));
+  while (at < text.size() && !rewriting.TooLong()) {
+    constexpr std::size_t kTogether = 96;
+    constexpr std::size_t kRoom = kTogether * kShort + 1;
+    const std::size_t stop = std::min(at + kTogether, text.size());
+    rewriting.Took(ApplyShort(text, at, stop, others, rewriting.Room(kRoom)));
+    if (at == stop) continue;
+    if (found_.Has(text[at])) {
+      const TText& put = texts_[numbers_[text[at++]]];
+      rewriting.Add({put.text, put.textLength});
+    } else {
+      addOther(text, at, rewriting);
+    }
+  }
+  return rewriting.Finish();
+}
+
+}  // namespace templatenames
