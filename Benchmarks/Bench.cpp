@@ -77,10 +77,8 @@ bool ReadOptions(int argc, char** argv, Options& options) {
 }
 
 int Usage() {
-  std::fprintf(stderr,
-               "usage: vexonames_bench [--rounds N] [--only GROUP] [--gate] [--json FILE]\ngroups:\n");
-  for (const bench::Group& group : bench::AllGroups())
-    std::fprintf(stderr, "  %-10s %s\n", group.id, group.about);
+  std::fprintf(stderr, "usage: vexonames_bench [--rounds N] [--only GROUP] [--gate] [--json FILE]\ngroups:\n");
+  for (const bench::Group& group : bench::AllGroups()) std::fprintf(stderr, "  %-10s %s\n", group.id, group.about);
   return 2;
 }
 
@@ -103,9 +101,8 @@ int Run(const Options& options) {
     std::fprintf(stderr, "cannot write %s: %s\n", options.json.c_str(), std::strerror(errno));
     return 2;
   }
-  const auto missed = std::count_if(rows.begin(), rows.end(), [](const bench::Judged& row) {
-    return row.verdict == bench::Verdict::Missed;
-  });
+  const auto missed = std::count_if(rows.begin(), rows.end(),
+                                    [](const bench::Judged& row) { return row.verdict == bench::Verdict::Missed; });
   return options.gate && missed > 0 ? 1 : 0;
 }
 

@@ -43,8 +43,8 @@ Subjects ThreadedSubjects() {
   subjects.push_back(TwoThreads<CTemplate>("ctemplate", w));
   subjects.push_back(TwoThreads<VexoString>("vexo", w));
   subjects.push_back(TwoThreads<VexoUtf8>("vexo_utf8", w));
-  subjects.push_back(TwoThreads<VexoUtf8>("vexo_shared", w,
-                                          [&] { return std::make_unique<VexoUtf8>(shared, w.Template()); }));
+  subjects.push_back(
+      TwoThreads<VexoUtf8>("vexo_shared", w, [&] { return std::make_unique<VexoUtf8>(shared, w.Template()); }));
   return subjects;
 }
 
@@ -111,16 +111,14 @@ constexpr double kLargeSlice = 2e7;   // near what one run of the largest text t
 constexpr Group kGroups[] = {
     {"W1", "a file path, 4 tokens, one %03d", [] { return SteadySubjects(FilePath()); }, kSlice, 1},
     {"W2", "1,000 tokens, 100 names", [] { return SteadySubjects(ManyTokens(1'000, 20)); }, kSlice, 1},
-    {"W3", "10 MB of text, 100,000 tokens", [] { return SteadySubjects(ManyTokens(100'000, 90)); }, kSlice,
-     4},
+    {"W3", "10 MB of text, 100,000 tokens", [] { return SteadySubjects(ManyTokens(100'000, 90)); }, kSlice, 4},
     {"W4", "nested values, 13 tokens", [] { return SteadySubjects(Nested()); }, kSlice, 1},
     {"W5", "W1 on two threads", ThreadedSubjects, kThreadSlice, 1},
     {"first-W1", "W1, a new text in every run", [] { return FirstSightSubjects(FilePath()); }, kSlice, 1},
-    {"first-W2", "W2, a new text in every run", [] { return FirstSightSubjects(ManyTokens(1'000, 20)); },
-     kSlice, 1},
+    {"first-W2", "W2, a new text in every run", [] { return FirstSightSubjects(ManyTokens(1'000, 20)); }, kSlice, 1},
     {"regex", "four regex tokens, one group each", [] { return RegexSubjects(kShortPatterns); }, kSlice, 1},
-    {"regex-whole", "the same, each pattern for the whole value",
-     [] { return RegexSubjects(kWholeNamePatterns); }, kSlice, 1},
+    {"regex-whole", "the same, each pattern for the whole value", [] { return RegexSubjects(kWholeNamePatterns); },
+     kSlice, 1},
     {"names", "100 tokens over registries of 100 and 1,000,000 names", RegistrySizes, kSlice, 1},
     {"tokens", "templates of 1,000 and 1,000,000 tokens", TemplateSizes, kLargeSlice, 10},
 };

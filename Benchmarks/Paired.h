@@ -20,8 +20,7 @@ class WrongText : public std::runtime_error {
 // Something that is timed: an engine on a workload.
 class Subject {
  public:
-  Subject(std::string name, std::size_t tokensPerRun)
-      : name_(std::move(name)), tokens_(double(tokensPerRun)) {}
+  Subject(std::string name, std::size_t tokensPerRun) : name_(std::move(name)), tokens_(double(tokensPerRun)) {}
   virtual ~Subject() = default;
 
   const std::string& Name() const { return name_; }

@@ -80,12 +80,11 @@ void Hand8::Put(std::string_view text) {
 
 CTemplate::CTemplate(const Workload& w) {
   const auto write = [&w](const Pieces& parts) {
-    return w.Write(
-        parts, [](const Name& name, bool) { return (name.nested.empty() ? "{{" : "{{>") + name.key + "}}"; });
+    return w.Write(parts,
+                   [](const Name& name, bool) { return (name.nested.empty() ? "{{" : "{{>") + name.key + "}}"; });
   };
   for (const Name& name : w.names) {
-    if (!name.nested.empty())
-      cache_.StringToTemplateCache(name.key, write(name.nested), ctemplate::DO_NOT_STRIP);
+    if (!name.nested.empty()) cache_.StringToTemplateCache(name.key, write(name.nested), ctemplate::DO_NOT_STRIP);
   }
   cache_.StringToTemplateCache(key_, write(w.pieces), ctemplate::DO_NOT_STRIP);
   Fill(w, w.pieces, &dictionary_);

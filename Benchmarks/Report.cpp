@@ -47,8 +47,8 @@ std::string Json(const Measurement& m) {
 
 std::string Json(const Judged& row) {
   const Target& t = row.target;
-  return std::string("{\"what\": \"") + t.what + "\", \"group\": \"" + t.group + "\", \"subject\": \"" +
-         t.subject + "\", \"reference\": \"" + t.reference + "\", \"measured\": " + JsonRatio(row.measured) +
+  return std::string("{\"what\": \"") + t.what + "\", \"group\": \"" + t.group + "\", \"subject\": \"" + t.subject +
+         "\", \"reference\": \"" + t.reference + "\", \"measured\": " + JsonRatio(row.measured) +
          ", \"line\": " + JsonNumber(t.line) + ", \"aim\": " + JsonNumber(t.aim) + ", \"verdict\": \"" +
          VerdictText(row.verdict) + "\"}";
 }
@@ -79,19 +79,17 @@ void PrintMeasurements(const Group& group, const std::vector<Measurement>& measu
 }
 
 void PrintTargets(const std::vector<Judged>& rows) {
-  std::printf("%-34s %-19s %9s %15s %6s %6s\n", "targets", "against", "measured", "(quartiles)", "line",
-              "aim");
+  std::printf("%-34s %-19s %9s %15s %6s %6s\n", "targets", "against", "measured", "(quartiles)", "line", "aim");
   for (const Judged& row : rows) {
     char quartiles[32];
     std::snprintf(quartiles, sizeof quartiles, "(%.2f-%.2f)", row.measured.low, row.measured.high);
-    std::printf("%-34s %-19s %9.2f %15s %s %s  %s\n", row.target.what, row.target.reference,
-                row.measured.median, quartiles, Column(row.target.line, 6, 2).c_str(),
-                Column(row.target.aim, 6, 2).c_str(), VerdictText(row.verdict));
+    std::printf("%-34s %-19s %9.2f %15s %s %s  %s\n", row.target.what, row.target.reference, row.measured.median,
+                quartiles, Column(row.target.line, 6, 2).c_str(), Column(row.target.aim, 6, 2).c_str(),
+                VerdictText(row.verdict));
   }
 }
 
-bool WriteJson(const std::string& file, const std::vector<Measurement>& measurements,
-               const std::vector<Judged>& rows) {
+bool WriteJson(const std::string& file, const std::vector<Measurement>& measurements, const std::vector<Judged>& rows) {
   const std::string text =
       "{\"measurements\": " + JsonArray(measurements) + ",\n\"targets\": " + JsonArray(rows) + "}\n";
   std::FILE* const out = std::fopen(file.c_str(), "w");

@@ -13,7 +13,6 @@ namespace bench {
 
 void PrintMeasurements(const Group& group, const std::vector<Measurement>& measurements);
 void PrintTargets(const std::vector<Judged>& rows);
-bool WriteJson(const std::string& file, const std::vector<Measurement>& measurements,
-               const std::vector<Judged>& rows);
+bool WriteJson(const std::string& file, const std::vector<Measurement>& measurements, const std::vector<Judged>& rows);
 
 }  // namespace bench

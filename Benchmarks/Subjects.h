@@ -154,9 +154,7 @@ class FirstSight : public Subject {
   }
 
  private:
-  void ExpectNumber() const {
-    Expect(workload_.Expected(Stamped(workload_.pieces, number_)), engine_->Text());
-  }
+  void ExpectNumber() const { Expect(workload_.Expected(Stamped(workload_.pieces, number_)), engine_->Text()); }
 
   Workload workload_;
   std::unique_ptr<Engine> engine_;

@@ -55,8 +55,7 @@ std::vector<Judged> Judge(const std::vector<Measurement>& measurements) {
       rows.push_back({target, ratio, VerdictOf(target, ratio.median)});
     }
     // A row that finds nothing would be a gate that always stands open.
-    if (measured && !found)
-      throw std::logic_error(std::string(target.what) + ": no subject " + target.subject);
+    if (measured && !found) throw std::logic_error(std::string(target.what) + ": no subject " + target.subject);
   }
   return rows;
 }

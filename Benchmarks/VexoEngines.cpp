@@ -15,8 +15,7 @@ Registry MakeRegistry(const Workload& w) {
   for (const Name& name : w.names) {
     const NQ_TString key = Wide(name.key);
     const bool number = name.number >= 0;
-    registry->Define(key, number ? TName::TName_TypeNumber : TName::TName_TypeString,
-                     TName::TName_LookupValue);
+    registry->Define(key, number ? TName::TName_TypeNumber : TName::TName_TypeString, TName::TName_LookupValue);
     if (number)
       registry->SetValue(key, name.number);
     else
@@ -25,8 +24,7 @@ Registry MakeRegistry(const Workload& w) {
   return registry;
 }
 
-VexoString::VexoString(Registry registry, const std::string& text)
-    : registry_(std::move(registry)), in_(Wide(text)) {}
+VexoString::VexoString(Registry registry, const std::string& text) : registry_(std::move(registry)), in_(Wide(text)) {}
 
 std::string VexoString::Text() const { return resolved_ ? out_.c_str() : kTokenFailed; }
 

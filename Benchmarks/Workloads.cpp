@@ -18,9 +18,7 @@ std::string Numbered(const char* prefix, std::size_t number, int digits) {
 // Not <random>: its distributions differ between libraries, and the texts must not.
 class Random {
  public:
-  std::uint32_t Below(std::uint32_t bound) {
-    return ((state_ = state_ * 1664525u + 1013904223u) >> 8) % bound;
-  }
+  std::uint32_t Below(std::uint32_t bound) { return ((state_ = state_ * 1664525u + 1013904223u) >> 8) % bound; }
 
  private:
   std::uint32_t state_ = 12345;
@@ -44,25 +42,20 @@ std::string RandomLiteral(Random& random, std::size_t length) {
 }  // namespace
 
 std::string Workload::Template(const Pieces& parts) const {
-  return Write(parts, [](const Name& name, bool padded) {
-    return "<<" + name.key + (padded ? " format=\"%03d\"/>>" : "/>>");
-  });
+  return Write(
+      parts, [](const Name& name, bool padded) { return "<<" + name.key + (padded ? " format=\"%03d\"/>>" : "/>>"); });
 }
 
-std::string Workload::Value(const Name& name) const {
-  return name.nested.empty() ? name.value : Template(name.nested);
-}
+std::string Workload::Value(const Name& name) const { return name.nested.empty() ? name.value : Template(name.nested); }
 
 std::string Workload::Expected(const Pieces& parts) const {
-  return Write(parts, [this](const Name& name, bool) {
-    return name.nested.empty() ? name.value : Expected(name.nested);
-  });
+  return Write(parts,
+               [this](const Name& name, bool) { return name.nested.empty() ? name.value : Expected(name.nested); });
 }
 
 Workload FilePath() {
   Workload w;
-  w.names = {
-      {"customer", "Acme Printing"}, {"job", "J-20240517"}, {"sheet", "front_A"}, {"version", "007", 7}};
+  w.names = {{"customer", "Acme Printing"}, {"job", "J-20240517"}, {"sheet", "front_A"}, {"version", "007", 7}};
   w.pieces = {{"out/", 0}, {"/", 1}, {"/", 2}, {"_v", 3, true}, {".pdf"}};
   w.tokens = 4;
   return w;

@@ -87,8 +87,8 @@ class NQ_EXPORT TName {
   /// Computes the value of a name; see TNameLookupHandler::Lookup.
   using TLookupFunction = bool (*)(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
   /// Turns the value of a name into text. The format is the token's, empty when it gives none.
-  using TTypeFunction = bool (*)(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
-                                 NQ_TDict* entry, TName* names, NQ_TString& result);
+  using TTypeFunction = bool (*)(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                                 TName* names, NQ_TString& result);
   /// Cuts the text of a name. The attribute is the token's, empty when it gives none; result holds the input on entry.
   using TStageFunction = bool (*)(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
                                   NQ_TDict* entry, TName* names, NQ_TString& result);
@@ -216,8 +216,7 @@ class NQ_EXPORT TName {
   /// handler of the caller's throws.
   bool Resolve(const NQ_TString& text, NQ_TString& result);
   /// The same with markers of the caller's, appended to what result holds.
-  bool Resolve(const NQ_TString& text, const NQ_TString& beginMarker, const NQ_TString& endMarker,
-               NQ_TString& result);
+  bool Resolve(const NQ_TString& text, const NQ_TString& beginMarker, const NQ_TString& endMarker, NQ_TString& result);
   /// Resolves a template to a file URL. False, with the URL unchanged, when the text is neither "//host/path" nor
   /// "file://host/path".
   bool Resolve(const NQ_TString& text, NQ_TURL& url);
@@ -295,10 +294,10 @@ class NQ_EXPORT TName {
   static bool LookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
   static bool TimeLookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
   static bool SQLQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  static bool StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
-                                NQ_TDict* entry, TName* names, NQ_TString& result);
-  static bool IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
-                                 NQ_TDict* entry, TName* names, NQ_TString& result);
+  static bool StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                                TName* names, NQ_TString& result);
+  static bool IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                                 TName* names, NQ_TString& result);
   static bool TimeTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
                               TName* names, NQ_TString& result);
 

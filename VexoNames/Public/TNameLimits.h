@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-/// Bounds on the work that untrusted text can cause. A token that would exceed one fails like any other failed token: it
-/// stays in the text and is counted. The rest of the template resolves, but once a call has used up its tokens or
+/// Bounds on the work that untrusted text can cause. A token that would exceed one fails like any other failed token:
+/// it stays in the text and is counted. The rest of the template resolves, but once a call has used up its tokens or
 /// characters, its remaining tokens fail too. A log line at level 2 names the limit. 0 allows nothing of the kind. Set
 /// per `TName` with `TName::SetLimits`.
 struct TNameLimits {

@@ -10,15 +10,13 @@ class CFS_EConfigException : public NQ_TExceptionOf<CFS_EConfigException, NQ_EEx
 };
 
 /// A path inside a configuration tree does not lead to an entry of the requested shape; the data is the path.
-class CFS_EIllegalPath final
-    : public NQ_TExceptionOf<CFS_EIllegalPath, CFS_EConfigException, "CFS_EIllegalPath"> {
+class CFS_EIllegalPath final : public NQ_TExceptionOf<CFS_EIllegalPath, CFS_EConfigException, "CFS_EIllegalPath"> {
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };
 
 /// The configuration value asked for is not set.
-class CFS_EValueNotSet final
-    : public NQ_TExceptionOf<CFS_EValueNotSet, CFS_EConfigException, "CFS_EValueNotSet"> {
+class CFS_EValueNotSet final : public NQ_TExceptionOf<CFS_EValueNotSet, CFS_EConfigException, "CFS_EValueNotSet"> {
  public:
   using NQ_TExceptionOf::NQ_TExceptionOf;
 };

@@ -185,7 +185,7 @@ TEST_F(DateTimeAgainstIcu, AnyPattern) {
   static const char* const kDefaults[] = {"en_US", "de_DE", "fr", "ja_JP@calendar=japanese"};
   TDraw draw(4711);
   std::vector<TCase> cases;
-  for (int i = 0; i < Rounds(500) && !HasFailure(); ++i) {
+  for (int i = 0; i < Rounds(400) && !HasFailure(); ++i) {
     if (i % 50 == 0) {
       UErrorCode error = U_ZERO_ERROR;
       TLocale::setDefault(TLocale(draw.One(kDefaults)), error);
@@ -203,47 +203,24 @@ TEST_F(DateTimeAgainstIcu, AnyPattern) {
 
 // The patterns that need no ICU, and those that only just do; with every text that differs in one place.
 TEST_F(DateTimeAgainstIcu, PlainPatterns) {
-  static const char* const kPatterns[] = {"yyyy-MM-dd'T'HH:mm:ss.SSXXX",
-                                          "y/M/d H:m:s",
-                                          "dd.MM.yyyy, HH:mm:ss,SSS",
-                                          "yyyyMMddHHmmssSSS",
-                                          "HHmmss_yyyyMMdd",
-                                          "yyyyMMdd",
-                                          "yyyMMdd",
-                                          "yyMMdd",
-                                          "yyyyMd",
-                                          "yy-MM-dd",
-                                          "yyy-L-d",
-                                          "yyyy-MM-dd M",
-                                          "yyyy-MM-dd LL",
-                                          "yyyy-MM",
-                                          "MM-dd",
-                                          "XXX yyyy-MM-dd",
-                                          "yyyy-MM-ddXXX HH",
-                                          "yyyy'E'MM-dd",
-                                          "yyyy-MM-dd'h'HH",
-                                          "yyyy-MM-dd h",
-                                          "yyyy-MM-dd hh a",
-                                          "yyyy-MM-dd HH:mm XX",
-                                          "yyyy-MM-dd S",
-                                          "SSSSSS SSSSSSS yyyy-MM-dd",
-                                          "MMMMM EEEEE EEEEEE",
-                                          "EEEE, d MMMM",
-                                          "E LLL MMM",
-                                          "LLLL a",
-                                          "aaaaa yy",
-                                          "yyyyy ddd",
-                                          "''yy'''o''''clock"};
+  static const char* const kPatterns =
+      "yyyy-MM-dd'T'HH:mm:ss.SSXXX|y/M/d H:m:s|dd.MM.yyyy, HH:mm:ss,SSS|yyyyMMddHHmmssSSS|HHmmss_yyyyMMdd|yyyyMMdd|"
+      "yyyMMdd|yyMMdd|yyyyMd|yy-MM-dd|yyy-L-d|yyyy-MM-dd M|yyyy-MM|MM-dd|XXX yyyy-MM-dd|yyyy-MM-ddXXX:HH|yyyy'E'MM-dd|"
+      "yyyy-MM-dd'h'HH|yyyy-MM-dd h|yyyy-MM-dd hh a|yyyy-MM-dd HH:mm XX|yyyy-MM-dd S|SSSSSS SSSSSSS yyyy-MM-dd|"
+      "MMMMM EEEEE EEEEEE|EEEE, d MMMM|E LLL MMM|LLLL a|aaaaa yy|yyyyy ddd|''yy'''o''''clock";
   TDraw draw(1);
-  for (const char* pattern : kPatterns) {
-    const TCase c{pattern, draw.Below(3) == 0 ? "GMT+01:00:30" : "Europe/Brussels", draw.Below(3) == 0 ? "pl" : ""};
-    for (int i = 0; i < Rounds(4); ++i) c.CompareTime(draw.Time());
-    for (const double time : {-62135596800000.0, -12212553600000.0, 253402300799999.0, 253402300800000.0})
-      for (const double past : {-8e7, -4e6, -1.0, 0.0, 1.0}) c.CompareTime(time + past);
+  std::istringstream patterns(kPatterns);
+  for (string pattern; std::getline(patterns, pattern, '|');) {
+    const TCase c{pattern, "Europe/Brussels", ""};
+    for (const TCase& other : {c, TCase{pattern, "GMT+01:00:30", "en"}, TCase{pattern, "GMT-00:00:30", "pl"}}) {
+      for (int i = 0; i < Rounds(4); ++i) other.CompareTime(draw.Time());
+      for (const double time : {-12212553600000.0, -0.25, 253402300800000.0})
+        for (const double past : {-8e7, -4e6, -1.0, 0.0, 1.0}) other.CompareTime(time + past);
+    }
     const string text = c.FreshlyFormatted(kNoon + std::floor(draw.Below(1U << 31) * 100.0));
     for (std::size_t at = 0; at < text.size(); ++at) {
       for (const char* piece : {"", "0", "6", "9", "-"}) c.CompareText(string(text).replace(at, 1, piece));
-      if (at % 3 == 0) c.CompareText(string(text).insert(at, "0000001"));
+      if (at % 3 == 0) c.CompareText(string(text).insert(at, "9000000000001"));
     }
     for (const char* more : {"", " ", "1", ".5", "E1", "x"}) c.CompareText(text + more);
   }
@@ -297,7 +274,7 @@ TEST_F(DateTimeAgainstIcu, ChangesOfTheOffset) {
     const TCase c{"yyyy-MM-dd HH:mm:ss.SSS", id, ""};
     icu::TimeZoneTransition change;
     double at = kNoon - draw.Below(100) * 365 * 86'400'000.0;
-    for (int i = 0; i < Rounds(1) && rules->getNextTransition(at, false, change); ++i) {
+    for (int i = 0; i < Rounds(2) && rules->getNextTransition(at, false, change); ++i) {
       at = change.getTime();
       for (const double past : {0.0, -1.0, 4e7, -4e7, 2.4e8, -2.4e8}) {
         c.CompareTime(at + past);

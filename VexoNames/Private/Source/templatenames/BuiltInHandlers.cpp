@@ -4,9 +4,9 @@
 
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "text/Log.h"
 #include "NQ_TBoxed.h"
 #include "TName.h"
+#include "text/Log.h"
 #include "text/PrintfFormat.h"
 
 using templatenames::Keys;
@@ -102,8 +102,8 @@ bool TName::StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const
   });
 }
 
-bool TName::IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format,
-                               NQ_TDict* entry, TName* names, NQ_TString& result) {
+bool TName::IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
+                               TName* names, NQ_TString& result) {
   return Guarded([&] {
     const auto* const number = value.As<NQ_TInt32>();
     if (number == nullptr) return false;

@@ -1,12 +1,12 @@
 // TName: what is done to the text of a value last, by the options of its name.
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "text/Log.h"
 #include "TName.h"
 #include "formatting/DateTime.h"
 #include "formatting/FormatNumber.h"
 #include "formatting/FormatText.h"
 #include "formatting/Options.h"
+#include "text/Log.h"
 
 using templatenames::Keys;
 using templatenames::Log;

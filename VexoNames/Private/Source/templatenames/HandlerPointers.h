@@ -7,8 +7,7 @@
 namespace templatenames {
 
 template <class Function>
-  requires std::is_pointer_v<Function>
-NQ_TAny AsAny(Function function) {
+requires std::is_pointer_v<Function> NQ_TAny AsAny(Function function) {
   if constexpr (std::is_function_v<std::remove_pointer_t<Function>>) {
     return NQ_TAny(NQ_TPointer(reinterpret_cast<void*>(function)));
   } else {

@@ -1,10 +1,10 @@
 // TName: which handlers produce the values of names.
 #include "AttributeKeys.h"
 #include "HandlerPointers.h"
-#include "text/Log.h"
 #include "NQ_EException.h"
 #include "NameStore.h"
 #include "TName.h"
+#include "text/Log.h"
 
 using templatenames::Keys;
 using templatenames::Log;

@@ -40,8 +40,8 @@ TKeptTemplates::TPointer TKeptTemplates::Find(const NQ_TString& text) {
   return kept;
 }
 
-// Of a long text only samples are hashed: it is compared as a whole anyway before it counts as found, and few long texts
-// are kept.
+// Of a long text only samples are hashed: it is compared as a whole anyway before it counts as found, and few long
+// texts are kept.
 std::uint64_t TKeptTemplates::HashOf(const NQ_TString& text) {
   constexpr std::size_t kSample = 64;
   constexpr std::size_t kSamples = 16;

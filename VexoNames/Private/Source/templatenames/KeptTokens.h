@@ -33,7 +33,7 @@ class TKeptTokens {
     TPointer kept;
     std::uint64_t missed = 0;  // hash of the last text that was not found here
   };
-  static constexpr std::size_t kPlaces = 256;  // more than the names that the templates of one task use
+  static constexpr std::size_t kPlaces = 256;     // more than the names that the templates of one task use
   static constexpr std::size_t kMaxLength = 256;  // units; longer tokens are rare and not worth their memory
 
   std::array<TPlace, kPlaces> places_;

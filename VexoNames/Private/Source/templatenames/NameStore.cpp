@@ -7,9 +7,7 @@ namespace templatenames {
 namespace {
 
 // The registry holds nothing but entries, and gives none away as a variant.
-TEntry* EntryIn(const NQ_TAny& held) {
-  return const_cast<TEntry*>(held.As<TEntry>());
-}
+TEntry* EntryIn(const NQ_TAny& held) { return const_cast<TEntry*>(held.As<TEntry>()); }
 
 }  // namespace
 
@@ -44,8 +42,8 @@ void TNameStore::KeepIfPinned(NQ_TAny& held) {
 
 void TNameStore::Unpin(TEntry& entry) noexcept {
   if (--entry.pins_ > 0 || removed_.empty()) return;
-  const auto unpinned = std::partition(removed_.begin(), removed_.end(),
-                                       [](const NQ_TAny& held) { return EntryIn(held)->pins_ > 0; });
+  const auto unpinned =
+      std::partition(removed_.begin(), removed_.end(), [](const NQ_TAny& held) { return EntryIn(held)->pins_ > 0; });
   // Destroyed last: what a caller stored in an entry may call back.
   const std::vector<NQ_TAny> gone(std::make_move_iterator(unpinned), std::make_move_iterator(removed_.end()));
   removed_.erase(unpinned, removed_.end());

@@ -3,13 +3,13 @@
 #include <limits>
 
 #include "AttributeKeys.h"
-#include "text/Log.h"
 #include "NQ_EIncompatibleType.h"
 #include "NQ_ENoSuchKey.h"
 #include "NQ_ENotAnInt32.h"
 #include "NQ_TBoxed.h"
 #include "NameStore.h"
 #include "TName.h"
+#include "text/Log.h"
 
 using templatenames::Keys;
 using templatenames::Log;
@@ -42,8 +42,8 @@ TEntry& TName::FindEntry(const NQ_TString& key) const {
 bool TName::Define(const NQ_TString& key, TName_Type type, TName_Lookup lookup) {
   try {
     if (Logs(2)) {
-      Log("TName::Define: Key = \"", key, "\", type = ", static_cast<int>(type), ", lookup = ",
-          static_cast<int>(lookup));
+      Log("TName::Define: Key = \"", key, "\", type = ", static_cast<int>(type),
+          ", lookup = ", static_cast<int>(lookup));
     }
     const std::lock_guard guard(lock_);
     const NQ_TString name = key;  // the caller's string may be one that goes with the old entry
@@ -240,13 +240,17 @@ void TName::SetDescription(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetDescription", "Description", key, Keys().description, value);
 }
 
-const NQ_TString& TName::GetDescription(const NQ_TString& key) const { return GetStringAttribute(key, Keys().description); }
+const NQ_TString& TName::GetDescription(const NQ_TString& key) const {
+  return GetStringAttribute(key, Keys().description);
+}
 
 void TName::SetUserDescription(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetUserDescription", "UserDescription", key, Keys().userDescription, value);
 }
 
-const NQ_TString& TName::GetUserDescription(const NQ_TString& key) const { return GetStringAttribute(key, Keys().userDescription); }
+const NQ_TString& TName::GetUserDescription(const NQ_TString& key) const {
+  return GetStringAttribute(key, Keys().userDescription);
+}
 
 void TName::SetUserInfo(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetUserInfo", "Name", key, Keys().userInfo, value);
@@ -258,7 +262,9 @@ void TName::SetVisibility(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("", "", key, Keys().visibility, value);
 }
 
-const NQ_TString& TName::GetVisibility(const NQ_TString& key) const { return GetStringAttribute(key, Keys().visibility); }
+const NQ_TString& TName::GetVisibility(const NQ_TString& key) const {
+  return GetStringAttribute(key, Keys().visibility);
+}
 
 void TName::SetLocalization(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetLocalization", "Localization", key, Keys().info, value);
@@ -270,7 +276,9 @@ void TName::SetLocalizationFile(const NQ_TString& key, const NQ_TString& value) 
   SetStringAttribute("SetLocalizationFile", "FileName", key, Keys().localizationFile, value);
 }
 
-const NQ_TString& TName::GetLocalizationFile(const NQ_TString& key) const { return GetStringAttribute(key, Keys().localizationFile); }
+const NQ_TString& TName::GetLocalizationFile(const NQ_TString& key) const {
+  return GetStringAttribute(key, Keys().localizationFile);
+}
 
 void TName::SetFormat(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetFormat", "Format", key, Keys().format, value);

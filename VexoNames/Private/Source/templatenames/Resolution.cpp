@@ -1,9 +1,9 @@
 // TName: templates to text. A resolution holds the registry lock for the whole template; nested ones share its budget.
 #include "KeptTemplates.h"
-#include "text/Log.h"
 #include "NameStore.h"
 #include "TName.h"
 #include "Token.h"
+#include "text/Log.h"
 #include "text/Scan.h"
 
 using templatenames::kLiteralMarker;

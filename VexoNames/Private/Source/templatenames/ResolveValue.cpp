@@ -27,8 +27,8 @@ bool ResolveAt(const NQ_TAny& in, TName* names, NQ_TAny& out, int depth) {
 }
 
 bool ResolveElements(NQ_TAny& value, TName* names, int depth) {
-  const bool isContainer = std::as_const(value).As<NQ_IPackable>() != nullptr &&
-                           std::as_const(value).As<NQ_IIteratable>() != nullptr;
+  const bool isContainer =
+      std::as_const(value).As<NQ_IPackable>() != nullptr && std::as_const(value).As<NQ_IIteratable>() != nullptr;
   if (!isContainer) return true;
   if (depth >= names->GetLimits().nestedDepth) return false;
   for (NQ_TIterator i(*value.As<NQ_IIteratable>()); !i.IsDone(); i.Next()) {

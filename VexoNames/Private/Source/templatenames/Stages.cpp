@@ -4,8 +4,8 @@
 
 #include "AttributeKeys.h"
 #include "Entry.h"
-#include "text/Log.h"
 #include "TName.h"
+#include "text/Log.h"
 #include "text/Regex.h"
 
 using templatenames::Keys;

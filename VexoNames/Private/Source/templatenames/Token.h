@@ -20,7 +20,8 @@ struct TToken {
 
   /// The token's format for integers, parsed once; null when the token gives none or it is refused.
   const TPrintfFormat* IntegerFormat() {
-    if (!formatParsed && !parts.format.empty()) integerFormat = TPrintfFormat::Parse(parts.format, TPrintfFormat::TKind::Integer);
+    if (!formatParsed && !parts.format.empty())
+      integerFormat = TPrintfFormat::Parse(parts.format, TPrintfFormat::TKind::Integer);
     formatParsed = true;
     return integerFormat ? &*integerFormat : nullptr;
   }

@@ -1,7 +1,7 @@
 // TName: templates in another form. The registry is only asked whether names are defined.
-#include "text/Log.h"
 #include "TName.h"
 #include "text/Find.h"
+#include "text/Log.h"
 #include "text/Scan.h"
 #include "text/TokenText.h"
 
@@ -18,9 +18,7 @@ constexpr const char* kSyntaxError = "TE: Template name syntax error: no begin t
 
 }  // namespace
 
-bool TName::IsMarked(const NQ_TString& text) {
-  return text.StringView().starts_with(kLiteralMarker);
-}
+bool TName::IsMarked(const NQ_TString& text) { return text.StringView().starts_with(kLiteralMarker); }
 
 NQ_TString TName::AddMarker(const NQ_TString& text) {
   return IsMarked(text) ? text : NQ_TString(kLiteralMarker) + text;

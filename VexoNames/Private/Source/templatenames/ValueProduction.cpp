@@ -6,17 +6,17 @@
 #include <algorithm>
 
 #include "HandlerPointers.h"
-#include "text/Log.h"
 #include "NQ_TBoxed.h"
 #include "NameStore.h"
 #include "TName.h"
 #include "Token.h"
+#include "text/Log.h"
 #include "text/PrintfFormat.h"
 #include "text/Stages.h"
 
+using templatenames::Log;
 using templatenames::LookupFunctionIn;
 using templatenames::LookupObjectIn;
-using templatenames::Log;
 using templatenames::TEntry;
 using templatenames::TEntrySlots;
 using templatenames::TPrintfFormat;

@@ -10,10 +10,10 @@
 #include <string_view>
 #include <system_error>
 
-#include "text/Log.h"
 #include "NQ_EException.h"
 #include "formatting/DateTimePatterns.h"
 #include "formatting/Options.h"
+#include "text/Log.h"
 
 namespace templatenames {
 namespace {

@@ -7,8 +7,8 @@
 #include <sstream>
 #include <string>
 
-#include "text/Log.h"
 #include "formatting/Units.h"
+#include "text/Log.h"
 
 namespace templatenames {
 namespace {

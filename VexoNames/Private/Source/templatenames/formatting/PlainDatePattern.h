@@ -49,7 +49,7 @@ class TPlainDatePattern {
     bool exact = false;        // when read, a number has as many digits as letters
     char16_t letter = 0;       // of the field
     std::uint16_t begin = 0;   // of literal text in literals_, or of names in names_
-    std::uint16_t length = 0;  // of literal text; 0 for a field
+    std::uint16_t length = 0;  // of literal text, or number of names; else 0
   };
   struct TFields;
   struct TReading;

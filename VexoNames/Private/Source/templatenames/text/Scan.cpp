@@ -17,8 +17,7 @@ bool TScanner::Next(TScannedToken& token) {
   const std::size_t end = FindText(text_, markers_.end, done_);
   if (end == kNone) return false;
   // An empty begin marker begins everywhere, last of all at the end marker itself.
-  const std::size_t begin =
-      markers_.begin.empty() ? end : FindTextBackward(text_, markers_.begin, end, done_);
+  const std::size_t begin = markers_.begin.empty() ? end : FindTextBackward(text_, markers_.begin, end, done_);
   if (begin == kNone) {
     syntaxError_ = true;
     return false;
