@@ -3,6 +3,7 @@
 #include <string>
 
 #include "KeyTable.h"
+#include "OptionsReading.h"
 #include "TimeText.h"
 
 namespace {
@@ -77,6 +78,10 @@ void ReadAttribute(const TJsonNode& value, TRecord& record) {
   (record.names.*Set)(record.key, value.Text());
 }
 
+void ReadOptions(const TJsonNode& value, TRecord& record) {
+  record.names.SetFormattingOptions(record.key, ReadFormattingOptions(value));
+}
+
 void KnownAlready(const TJsonNode&, TRecord&) {}
 
 constexpr TKeyRow<TRecord> kKeys[] = {
@@ -87,6 +92,7 @@ constexpr TKeyRow<TRecord> kKeys[] = {
     {"Elem", &ReadAttribute<&TName::SetElemValue>},
     {"Extract", &ReadAttribute<&TName::SetExtractValue>},
     {"RegEx", &ReadAttribute<&TName::SetRegExValue>},
+    {"FormattingOptions", &ReadOptions},
     {"Description", &ReadAttribute<&TName::SetDescription>},
     {"UserDescription", &ReadAttribute<&TName::SetUserDescription>},
     {"UserInfo", &ReadAttribute<&TName::SetUserInfo>},
