@@ -5,6 +5,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "NQ_EException.h"
 #include "NQ_TTime.h"
@@ -16,57 +17,54 @@ using std::string;
 using namespace std::string_literals;
 
 constexpr double kTime = 1601899387250;  // 2020-10-05T12:03:07.25Z
-constexpr double kEver = std::numeric_limits<double>::infinity();
 
 NQ_TString Text(const string& utf8) { return NQ_TString(std::string_view(utf8)); }
 
-string Described(const NQ_EException& error) {
-  EXPECT_EQ(string(error.NQ_ExceptionFile().c_str()).find("VexoNames/Private/Source/templatenames/formatting/"), 0U);
-  std::ostringstream data;
-  data << error.NQ_Data();
-  return string("! ") + error.NQ_Message().c_str() + " [" + data.str() + "]";
+// Runs the action; gives "", or its error as text.
+template <class Action>
+string ErrorOf(const Action& action) {
+  try {
+    action();
+    return "";
+  } catch (const NQ_EException& error) {
+    EXPECT_EQ(string(error.NQ_ExceptionFile().c_str()).find("VexoNames/Private/Source/templatenames/formatting/"), 0U);
+    std::ostringstream data;
+    data << error.NQ_Data();
+    return string("! ") + error.NQ_Message().c_str() + " [" + data.str() + "]";
+  }
 }
 
 string Written(const string& pattern, const string& zone, const string& language, double time) {
   NQ_TString out("as before");
-  try {
-    FormatDateTime(Text(pattern), Text(zone), Text(language), time, out);
-  } catch (const NQ_EException& error) {
-    EXPECT_EQ(out, NQ_TString("as before"));
-    return Described(error);
-  }
-  return string(out.Narrow());
+  const string error = ErrorOf([&] { FormatDateTime(Text(pattern), Text(zone), Text(language), time, out); });
+  EXPECT_TRUE(error.empty() || out == "as before");
+  return error.empty() ? string(out.Narrow()) : error;
 }
 
 // What the text says, in ISO form.
-string Read(const string& pattern, const string& zone, const string& language, const string& text) {
+string Read(const string& pattern, const string& zone, const string& text) {
   double time = -7;
-  try {
-    ParseDateTime(Text(pattern), Text(zone), Text(language), Text(text), time);
-  } catch (const NQ_EException& error) {
-    EXPECT_EQ(time, -7);
-    return Described(error);
-  }
-  return Written("yyyy-MM-dd HH:mm:ss.SSS", "", "", time);
+  const string error = ErrorOf([&] { ParseDateTime(Text(pattern), Text(zone), "", Text(text), time); });
+  EXPECT_TRUE(error.empty() || time == -7);
+  return error.empty() ? Written("yyyy-MM-dd HH:mm:ss.SSS", "", "", time) : error;
 }
 
 TEST(DateTimePatterns, Write) {
+  constexpr double kEver = std::numeric_limits<double>::infinity();
   const string endless(20'000, 'x'), tooLong(257, 'y');
   struct {
     string pattern, zone, language;
     double time;
     string written;
   } const cases[] = {
-      {"yyyy-MM-dd'T'HH:mm:ss.SSXXX", "Europe/Brussels", "", kTime, "2020-10-05T14:03:07.25+02:00"},
-      {"d MMMM yyyy", "", "de_DE", 1615000000000, "6 M\u00e4rz 2021"},
+      {"d MMMM yyyy HH:mm", "Europe/Brussels", "de_DE", 1615000000000, "6 M\u00e4rz 2021 04:06"},
       {"dd", "Europe/Brussels\0x"s, "de\0x"s, kTime, "05"},
       {"d'\0'M"s, "", "", kTime, "5\0\x31\x30"s},
       {"dJd", "", "", kTime, "5"},  // ICU stops at a letter that it does not know
       {"", "", "", kTime, ""},
       {"yyyy G", "", "en", kEver, "5828963 AD"},
       {"yyyy G", "", "en", -kEver, "5838270 BC"},
-      {"d", endless, "", kTime, "5"},
-      {"d", "", endless, kTime, "5"},
+      {"d", endless, endless, kTime, "5"},
       {"d", "", "", std::numeric_limits<double>::quiet_NaN(), "! U_ILLEGAL_ARGUMENT_ERROR [nan]"},
       {tooLong, "", "", kTime, "! Date pattern is longer than 256 characters [" + tooLong + "]"},
       {"d", "", "en" + string(100'000, '-') + "x", kTime, "! U_ILLEGAL_ARGUMENT_ERROR [d]"},
@@ -84,28 +82,25 @@ TEST(DateTimePatterns, Read) {
   NQ_TTime::SetClock([] { return kTime; });
   const string spaces(5000, ' '), digits(200'000, '1'), tooLong(257, 'y');
   struct {
-    string pattern, zone, language, text, read;
+    string pattern, zone, text, read;
   } const cases[] = {
-      {"yyyy-MM-dd'T'HH:mm:ss.SSXXX", "Asia/Tokyo", "", "2020-10-05T14:03:07.25+02:00", "2020-10-05 12:03:07.250"},
-      {"dd/MM/yyyy HH:mm", "Europe/Brussels", "", "29/03/2020 02:30", "2020-03-29 01:30:00.000"},  // skipped
-      {"dd/MM/yyyy HH:mm", "Europe/Brussels", "", "25/10/2020 02:30", "2020-10-25 01:30:00.000"},  // the later of two
-      {"dd/MM/yyyy", "Europe/Brussels", "", "31/02/2020 and more", "2020-03-01 23:00:00.000"},
-      {"d MMMM yyyy", "", "de_DE", "6 M\u00c4RZ 2021", "2021-03-06 00:00:00.000"},
+      {"dd/MM/yyyy HH:mm", "Europe/Brussels", "29/03/2020 02:30", "2020-03-29 01:30:00.000"},  // skipped
+      {"dd/MM/yyyy HH:mm", "Europe/Brussels", "25/10/2020 02:30", "2020-10-25 01:30:00.000"},  // the later of two
+      {"dd/MM/yyyy", "Europe/Brussels", "31/02/2020 and more", "2020-03-01 23:00:00.000"},
       // Where the pattern says nothing it is today, which in Kiritimati is the 6th.
-      {"HH:mm", "Europe/Brussels", "", "08:30", "2020-10-05 06:30:00.000"},
-      {"HH:mm", "Pacific/Kiritimati", "", "00:30", "2020-10-05 10:30:00.000"},
-      {"hh:mm", "", "", "01:30", "2020-10-05 13:30:00.000"},  // it is past noon
-      {"dd", "", "", "06", "2020-10-06 00:00:00.000"},
-      {"", "", "", "2020", "! Unparseable date: error at index -1 [2020]"},
-      {"yyyy", "", "", "", "! Unparseable date: error at index 0 []"},
-      {"yyyy-MM-dd", "", "", "2021-x", "! Unparseable date: error at index 5 [2021-x]"},
-      {"yyyy-MM-dd", "", "", spaces, "! Unparseable date: error at index 1024 [" + spaces + "]"},
-      {"yyyy-MM-dd", "", "", digits, "! Unparseable date: error at index 1024 [" + digits + "]"},
-      {tooLong, "", "", "2020", "! Date pattern is longer than 256 characters [" + tooLong + "]"},
+      {"HH:mm", "Europe/Brussels", "08:30", "2020-10-05 06:30:00.000"},
+      {"HH:mm", "Pacific/Kiritimati", "00:30", "2020-10-05 10:30:00.000"},
+      {"hh:mm", "", "01:30", "2020-10-05 13:30:00.000"},  // it is past noon
+      {"", "", "2020", "! Unparseable date: error at index -1 [2020]"},
+      {"yyyy", "", "", "! Unparseable date: error at index 0 []"},
+      {"yyyy-MM-dd", "", "2021-x", "! Unparseable date: error at index 5 [2021-x]"},
+      {"yyyy-MM-dd", "", spaces, "! Unparseable date: error at index 1024 [" + spaces + "]"},
+      {"yyyy-MM-dd", "", digits, "! Unparseable date: error at index 1024 [" + digits + "]"},
+      {tooLong, "", "2020", "! Date pattern is longer than 256 characters [" + tooLong + "]"},
   };
   for (const auto& row : cases) {
-    SCOPED_TRACE(row.pattern + " in " + row.zone + " for " + row.language + ": " + row.text.substr(0, 50));
-    EXPECT_EQ(Read(row.pattern, row.zone, row.language, row.text), row.read);
+    SCOPED_TRACE(row.pattern + " in " + row.zone + ": " + row.text.substr(0, 50));
+    EXPECT_EQ(Read(row.pattern, row.zone, row.text), row.read);
   }
   NQ_TTime::SetClock(nullptr);
 }

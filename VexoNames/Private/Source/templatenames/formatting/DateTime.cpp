@@ -1,7 +1,9 @@
 #include "formatting/DateTime.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <locale>
@@ -12,7 +14,7 @@
 
 #include "NQ_EException.h"
 #include "formatting/DateTimePatterns.h"
-#include "formatting/Options.h"
+#include "formatting/OptionPlaces.h"
 #include "text/Log.h"
 
 namespace templatenames {
@@ -20,21 +22,42 @@ namespace {
 
 constexpr int kLevelOfSteps = 6;
 
-// Texts that are made once, so that they are found again by their address.
-struct TWords {
-  const NQ_TString inputFormat{u"InputDateTimeFormat"}, customInputFormat{u"CustomInputDateTimeFormat"},
-      inputZone{u"InputTimeZone"}, inputLanguage{u"InputLanguage"};
-  const NQ_TString format{u"DateTimeFormat"}, customFormat{u"CustomDateTimeFormat"}, zone{u"TimeZone"},
-      language{u"Language"};
-  const NQ_TString isoOutput{u"yyyy-MM-dd'T'HH:mm:ss.SSXXX"};
-  // The most complete first.
-  const NQ_TString isoInputs[4] = {isoOutput, NQ_TString(u"yyyy-MM-dd'T'HH:mm:ssXXX"),
-                                   NQ_TString(u"yyyy-MM-dd'T'HH:mmXXX"), NQ_TString(u"yyyy-MM-dd")};
+struct TDateKeys {
+  enum TKey : std::size_t {
+    kInputDateTimeFormat,
+    kCustomInputDateTimeFormat,
+    kInputTimeZone,
+    kInputLanguage,
+    kDateTimeFormat,
+    kCustomDateTimeFormat,
+    kTimeZone,
+    kLanguage,
+    kCount,
+  };
+
+  static const std::array<NQ_TString, kCount>& All() {
+    static const auto* const keys = new std::array<NQ_TString, kCount>{
+        NQ_TString(u"InputDateTimeFormat"),
+        NQ_TString(u"CustomInputDateTimeFormat"),
+        NQ_TString(u"InputTimeZone"),
+        NQ_TString(u"InputLanguage"),
+        NQ_TString(u"DateTimeFormat"),
+        NQ_TString(u"CustomDateTimeFormat"),
+        NQ_TString(u"TimeZone"),
+        NQ_TString(u"Language"),
+    };
+    return *keys;
+  }
 };
 
-const TWords& Words() {
-  static const auto* const words = new TWords;  // never destroyed: threads may outlive static objects
-  return *words;
+using TDatePlaces = TOptionPlaces<TDateKeys>;
+
+// What is read, the most complete pattern first. What is written is the first of them.
+const std::array<NQ_TString, 4>& IsoPatterns() {
+  static const auto* const patterns =
+      new std::array<NQ_TString, 4>{NQ_TString(u"yyyy-MM-dd'T'HH:mm:ss.SSXXX"), NQ_TString(u"yyyy-MM-dd'T'HH:mm:ssXXX"),
+                                    NQ_TString(u"yyyy-MM-dd'T'HH:mmXXX"), NQ_TString(u"yyyy-MM-dd")};
+  return *patterns;
 }
 
 constexpr std::u16string_view kIso = u"ISO8601";
@@ -59,17 +82,17 @@ bool Succeeds(const TAction& action, const TFailed& failed) {
 // ---- reading
 
 double ParseIso(int debugLevel, const NQ_TString& zone, const NQ_TString& value) {
-  const auto& patterns = Words().isoInputs;
+  const auto& patterns = IsoPatterns();
   const auto nextTry = [&](const NQ_TString& failed) {
     if (debugLevel >= kLevelOfSteps) Log("Parsing ", value, " using ", failed, " failed.  Trying less complete format");
   };
   double time = 0;
   // A text that is exactly one of the patterns is none of those before it.
-  const auto exact = std::find_if(std::begin(patterns), std::end(patterns), [&](const NQ_TString& pattern) {
+  const auto* const exact = std::find_if(patterns.begin(), patterns.end(), [&](const NQ_TString& pattern) {
     return ParseExactDateTime(pattern, zone, NQ_TString::sEmpty, value, time);
   });
-  if (exact != std::end(patterns)) {
-    std::for_each(std::begin(patterns), exact, nextTry);
+  if (exact != patterns.end()) {
+    std::for_each(patterns.begin(), exact, nextTry);
     return time;
   }
   for (const NQ_TString& pattern : patterns) {
@@ -77,7 +100,7 @@ double ParseIso(int debugLevel, const NQ_TString& zone, const NQ_TString& value)
       ParseDateTime(pattern, zone, NQ_TString::sEmpty, value, time);
       break;
     } catch (const NQ_EException&) {
-      if (&pattern == &patterns[3]) throw;
+      if (&pattern == &patterns.back()) throw;
       nextTry(pattern);
     }
   }
@@ -117,17 +140,17 @@ void FormatUnix(double time, NQ_TString& value) {
 }  // namespace
 
 bool ParseInputDateTime(int debugLevel, const NQ_TDict& options, const NQ_TString& value, double& time) {
-  const TWords& words = Words();
+  const TDatePlaces& places = TDatePlaces::In(options);
   const auto parse = [&] {
-    const NQ_TString& zone = TextOption(options, words.inputZone);
-    const NQ_TString& format = TextOption(options, words.inputFormat);
+    const NQ_TString& zone = places.Text(TDateKeys::kInputTimeZone);
+    const NQ_TString& format = places.Text(TDateKeys::kInputDateTimeFormat);
     if (format.Equals(kIso)) {
       time = ParseIso(debugLevel, zone, value);
     } else if (format.Equals(kUnix)) {
       time = ParseUnix(value);
     } else {
-      ParseDateTime(TextOption(options, words.customInputFormat), zone, TextOption(options, words.inputLanguage), value,
-                    time);
+      ParseDateTime(places.Text(TDateKeys::kCustomInputDateTimeFormat), zone, places.Text(TDateKeys::kInputLanguage),
+                    value, time);
     }
   };
   const auto failed = [&](const auto& error) {
@@ -139,16 +162,17 @@ bool ParseInputDateTime(int debugLevel, const NQ_TDict& options, const NQ_TStrin
 }
 
 bool FormatOutputDateTime(int debugLevel, const NQ_TDict& options, double time, NQ_TString& value) {
-  const TWords& words = Words();
+  const TDatePlaces& places = TDatePlaces::In(options);
   const auto write = [&] {
-    const NQ_TString& format = TextOption(options, words.format);
-    const NQ_TString& zone = TextOption(options, words.zone);
+    const NQ_TString& format = places.Text(TDateKeys::kDateTimeFormat);
+    const NQ_TString& zone = places.Text(TDateKeys::kTimeZone);
     if (format.Equals(kIso)) {
-      FormatDateTime(words.isoOutput, zone, NQ_TString::sEmpty, time, value);
+      FormatDateTime(IsoPatterns().front(), zone, NQ_TString::sEmpty, time, value);
     } else if (format.Equals(kUnix)) {
       FormatUnix(time, value);
     } else {
-      FormatDateTime(TextOption(options, words.customFormat), zone, TextOption(options, words.language), time, value);
+      FormatDateTime(places.Text(TDateKeys::kCustomDateTimeFormat), zone, places.Text(TDateKeys::kLanguage), time,
+                     value);
     }
   };
   const auto failed = [&](const auto& error) {

@@ -23,10 +23,10 @@ constexpr double kEnd = MillisecondsAt(TDays(std::chrono::year(kLastYear + 1) / 
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
-// At least so many digits; the number has four at most.
+// At least so many digits, up to three; the number has four at most.
 char16_t* WriteNumber(unsigned int number, unsigned int width, char16_t* at) {
   if (number >= 100 || width > 2) {
-    if (number >= 1000 || width > 3) *at++ = static_cast<char16_t>(u'0' + number / 1000);
+    if (number >= 1000) *at++ = static_cast<char16_t>(u'0' + number / 1000);
     *at++ = static_cast<char16_t>(u'0' + number / 100 % 10);
     number %= 100;
     width = 2;
