@@ -48,7 +48,7 @@ std::size_t StackLeft() {
   std::size_t size = 0;
   const int failed = pthread_attr_getstack(&attributes, &low, &size);
   pthread_attr_destroy(&attributes);
-  const auto here = reinterpret_cast<std::uintptr_t>(&attributes);
+  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
   const auto end = reinterpret_cast<std::uintptr_t>(low);
   return failed != 0 || here < end ? kUnknown : here - end;
 }
