@@ -17,7 +17,7 @@ namespace {
 struct TUrlCharacters {
   TUrlCharacters() {
     Add(u'%');  // first: the others put it in
-    for (char16_t c = 0; c < encoded.size(); ++c) Add(c);
+    for (std::size_t c = 0; c < encoded.size(); ++c) Add(static_cast<char16_t>(c));
   }
   void Add(char16_t c) {
     const std::u16string_view character(&c, 1);
@@ -47,14 +47,13 @@ void AddBytes(std::u16string_view text, std::size_t& at, TRewriting& rewriting) 
   rewriting.Took(end);
 }
 
-// The place after a run of characters of a range, either case of ASCII letters alike.
-std::size_t PastRun(std::u16string_view text, std::size_t from, char16_t first, char16_t last) {
-  constexpr char16_t kLowerCase = 0x20;
-  const auto inRange = [&](char16_t unit) {
-    const auto folded = static_cast<char16_t>(unit >= u'A' && unit <= u'Z' ? unit | kLowerCase : unit);
-    return folded >= first && folded <= last;
-  };
-  while (from < text.size() && inRange(text[from])) ++from;
+bool IsLetter(char16_t unit) { return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z'); }
+
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+// The place after a run of such characters.
+std::size_t PastRun(std::u16string_view text, std::size_t from, bool (*belongs)(char16_t unit)) {
+  while (from < text.size() && belongs(text[from])) ++from;
   return from;
 }
 
@@ -66,12 +65,12 @@ std::size_t KeptOfUrl(std::u16string_view url) {
   const auto isAt = [&](std::size_t at, std::u16string_view what) {
     return at <= url.size() && url.substr(at).starts_with(what);
   };
-  const std::size_t scheme = PastRun(url, 0, u'a', u'z');
+  const std::size_t scheme = PastRun(url, 0, IsLetter);
   if (!isAt(scheme, u":")) return 0;
   if (!isAt(scheme, u"://")) return scheme + 1;
-  const std::size_t host = PastRun(url, scheme + 3, u'a', u'z');
+  const std::size_t host = PastRun(url, scheme + 3, IsLetter);
   if (!isAt(host, u":")) return scheme + 1;
-  const std::size_t port = PastRun(url, host + 1, u'0', u'9');
+  const std::size_t port = PastRun(url, host + 1, IsDigit);
   return isAt(port, u"/") ? port + 1 : scheme + 1;
 }
 

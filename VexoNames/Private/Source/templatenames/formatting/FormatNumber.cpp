@@ -56,15 +56,15 @@ bool StreamsArePlain(std::u16string_view text) {
 
 }  // namespace
 
-bool FormatNumber(int debugLevel, const NQ_TDict& dictionary, NQ_TString& value) {
-  const TNumberOptions options = ReadNumberOptions(dictionary);
-  std::optional<double> number = ReadPlainNumber(value.StringView(), options.input);
-  if (!number || !StreamsArePlain(value.StringView())) return FormatNumberByStreams(debugLevel, options, value);
-  if (options.convert) number = ConvertUnit(*options.category, *options.from, *options.to, *number);
-  if (!std::isfinite(*number)) return FormatNumberByStreams(debugLevel, options, value);
-  const int decimals = options.DecimalsFor(value.StringView());
+bool FormatNumber(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
+  const TNumberOptions number = ReadNumberOptions(options);
+  std::optional<double> read = ReadPlainNumber(value.StringView(), number.input);
+  if (!read || !StreamsArePlain(value.StringView())) return FormatNumberByStreams(debugLevel, number, value);
+  if (number.convert) read = ConvertUnit(*number.category, *number.from, *number.to, *read);
+  if (!std::isfinite(*read)) return FormatNumberByStreams(debugLevel, number, value);
+  const int decimals = number.DecimalsFor(value.StringView());
   value.Clear();
-  AppendPlainNumber(*number, decimals, options.Width(decimals), options.output, value);
+  AppendPlainNumber(*read, decimals, number.Width(decimals), number.output, value);
   return true;
 }
 

@@ -36,7 +36,7 @@ struct TNumberOptions {
   int integerLength = -1;  // negative: no leading zeros
 
   /// The digits to be written after the decimal separator. Of an input, everything behind its last separator counts.
-  int DecimalsFor(std::u16string_view input) const;
+  int DecimalsFor(std::u16string_view text) const;
   /// The width that leading zeros fill, 0 for none.
   int Width(int decimalsWritten) const;
 };

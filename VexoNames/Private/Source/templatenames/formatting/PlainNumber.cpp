@@ -13,15 +13,16 @@
 namespace templatenames {
 namespace {
 
-// Powers of ten that a double holds exactly.
-constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                              1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+// What a double holds exactly: powers of ten, those below 10^23, and all integers up to this one.
+constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
+                              1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
 constexpr std::uint64_t kExactIntegers = std::uint64_t{1} << DBL_MANT_DIG;
 
 // ---- reading
 
 constexpr std::size_t kMostRead = 256;   // longer numbers are rare
 constexpr std::size_t kMostDigits = 19;  // any so many fit 64 bits
+static_assert(kMostDigits < std::size(kPowers));
 constexpr std::size_t kGroup = 3;
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
@@ -32,19 +33,17 @@ bool IsSpace(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u
 bool IsPlainSeparator(char16_t unit) {
   constexpr char16_t kReplacement = 0xFFFD;  // an unpaired surrogate becomes one
   if (unit == u'.' || unit == u',') return true;
-  return !IsDigit(unit) && unit != u'+' && unit != u'-' && unit != u'e' && unit != u'E' && !U16_IS_SURROGATE(unit) &&
-         unit != kReplacement;
+  return !IsDigit(unit) && unit != u'+' && unit != u'-' && !U16_IS_SURROGATE(unit) && unit != kReplacement;
 }
 
 bool IsPlain(const TPunctuation& punctuation) {
-  return IsPlainSeparator(punctuation.decimal) &&
-         (!punctuation.grouping || (IsPlainSeparator(punctuation.group) && punctuation.group != punctuation.decimal));
+  return IsPlainSeparator(punctuation.decimal) && (!punctuation.grouping || IsPlainSeparator(punctuation.group));
 }
 
-// digits × 10^-scale, rounded to nearest.
+// digits × 10^-scale, rounded to nearest; the scale is at most kMostDigits.
 std::optional<double> Scaled(std::uint64_t digits, std::size_t scale) {
   // Both exact: the quotient is the one rounding there is.
-  if (digits <= kExactIntegers && scale < std::size(kPowers)) return static_cast<double>(digits) / kPowers[scale];
+  if (digits <= kExactIntegers) return static_cast<double>(digits) / kPowers[scale];
   char text[48];
   char* end = std::to_chars(text, text + kMostDigits + 1, digits).ptr;
   *end++ = 'e';
@@ -119,7 +118,7 @@ bool RoundByScaling(double magnitude, int decimals, TBuffer& buffer, TWritten& w
   if (std::abs(above) <= scaled * DBL_EPSILON) return false;
   integer += above > 0 ? 1 : 0;
   // The digits stand behind enough zeros for a number below 1.
-  std::memset(buffer, '0', kMost + 1);
+  std::fill_n(buffer, kMost + 1, '0');
   char* const begin = buffer + kMost + 1;
   const char* const end = std::to_chars(begin, begin + kMost + 2, integer).ptr;
   const char* const separator = end - decimals;
