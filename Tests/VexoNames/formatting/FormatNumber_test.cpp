@@ -204,6 +204,8 @@ TEST(FormatNumber, LengthsAreBounded) {
       {"Decimals=0", zeros + "1", "1"},
       {"Decimals=0", zeros + zeros + "1", "!0{120000}1"},  // does not end soon enough
       {"Decimals=0", "7" + junk, "7"},
+      {"Decimals=0", std::string(252, ' ') + "1234567890", "1234567890"},
+      {"Decimals=0", std::string(65'600, ' ') + "1", "! {65600}1"},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.options + " of " + Short(row.value));
