@@ -220,7 +220,7 @@ TEST_F(DateTimeAgainstIcu, PlainPatterns) {
     const string text = c.FreshlyFormatted(kNoon + std::floor(draw.Below(1U << 31) * 100.0));
     for (std::size_t at = 0; at < text.size(); ++at) {
       for (const char* piece : {"", "0", "6", "9", "-"}) c.CompareText(string(text).replace(at, 1, piece));
-      if (at % 3 == 0) c.CompareText(string(text).insert(at, "90000000001"));
+      if (at % 3 == 0) c.CompareText(string(text).insert(at, "90000001"));
     }
     for (const char* more : {"", " ", "1", ".5", "E1", "x"}) c.CompareText(text + more);
   }

@@ -16,20 +16,8 @@ namespace {
 // Its parts are counted in 16 bits.
 constexpr std::size_t kMaxPlain = 1024;
 
-struct TPlainLetter {
-  char16_t letter;
-  std::uint8_t numbers;  // up to so many of them make a number,
-  std::uint8_t most;     // and up to so many a name or an offset
-};
-constexpr TPlainLetter kPlainLetters[] = {
-    {u'y', 4, 4}, {u'M', 2, 5}, {u'L', 2, 5}, {u'd', 2, 2}, {u'H', 2, 2}, {u'h', 2, 2},
-    {u'm', 2, 2}, {u's', 2, 2}, {u'S', 6, 6}, {u'E', 0, 6}, {u'a', 0, 4}, {u'X', 0, 3},
-};
-
 // Literal text that no number takes for a part of its own, and that is matched character by character.
 constexpr std::u16string_view kReadableLiterals = u" -/.,:_T";
-
-constexpr std::u16string_view kDate = u"yMd";
 
 bool IsLetter(char16_t unit) { return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z'); }
 
@@ -78,11 +66,39 @@ TNames NamesOf(char16_t letter, std::uint8_t letters, const icu::DateFormatSymbo
 
 }  // namespace
 
+/// A letter, from so many of it to so many, and what that makes.
+struct TPlainDatePattern::TForm {
+  char16_t letter;
+  std::uint8_t from, to;
+  TKind kind;
+  TPart part;
+};
+
+const TPlainDatePattern::TForm TPlainDatePattern::kForms[] = {
+    {u'y', 1, 1, TKind::Number, kYear},
+    {u'y', 2, 2, TKind::Number, kYearOfCentury},
+    {u'y', 3, 4, TKind::Number, kYear},
+    {u'M', 1, 2, TKind::Number, kMonth},
+    {u'M', 3, 5, TKind::Name, kMonth},
+    {u'L', 1, 2, TKind::Number, kMonth},
+    {u'L', 3, 5, TKind::Name, kMonth},
+    {u'd', 1, 2, TKind::Number, kDay},
+    {u'H', 1, 2, TKind::Number, kHour},
+    {u'h', 1, 2, TKind::Number, kHourOfHalf},
+    {u'm', 1, 2, TKind::Number, kMinute},
+    {u's', 1, 2, TKind::Number, kSecond},
+    {u'S', 1, 6, TKind::Fraction, kMillisecond},
+    {u'E', 1, 6, TKind::Name, kWeekday},
+    {u'a', 1, 4, TKind::Name, kHalf},
+    {u'X', 3, 3, TKind::Offset, kParts},
+};
+
 TPlainDatePattern::TPlainDatePattern(std::u16string_view pattern, const icu::SimpleDateFormat& format) {
   if (pattern.size() > kMaxPlain || !IsPlain(format) || !Scan(pattern)) return;
   const icu::DateFormatSymbols* const symbols = format.getDateFormatSymbols();
   writes_ = symbols != nullptr && FindNames(*symbols);
   if (writes_) MeasureLongest();
+  SetWidths();
   reads_ = CanRead();
 }
 
@@ -119,18 +135,28 @@ void TPlainDatePattern::AddLiteral(char16_t unit) {
 }
 
 bool TPlainDatePattern::AddField(char16_t letter, std::size_t count) {
-  const auto known = std::find_if(std::begin(kPlainLetters), std::end(kPlainLetters),
-                                  [letter](const TPlainLetter& plain) { return plain.letter == letter; });
-  if (known == std::end(kPlainLetters) || count > known->most || (letter == u'X' && count != 3)) return false;
+  const auto* const form = std::find_if(std::begin(kForms), std::end(kForms), [&](const TForm& f) {
+    return f.letter == letter && count >= f.from && count <= f.to;
+  });
+  if (form == std::end(kForms)) return false;
   TStep step;
-  step.kind = count <= known->numbers ? TKind::Number : letter == u'X' ? TKind::Offset : TKind::Name;
+  step.kind = form->kind;
+  step.part = form->part;
   step.letter = letter;
   step.count = static_cast<std::uint8_t>(count);
-  // Numbers without anything between them are told apart by their widths.
-  if (step.kind == TKind::Number && !steps_.empty() && steps_.back().kind == TKind::Number)
-    step.exact = steps_.back().exact = true;
   steps_.push_back(step);
   return true;
+}
+
+// Numbers without anything between them are told apart by their widths.
+void TPlainDatePattern::SetWidths() {
+  const auto isNumber = [](const TStep& step) { return step.kind == TKind::Number || step.kind == TKind::Fraction; };
+  for (std::size_t i = 0; i < steps_.size(); ++i) {
+    TStep& step = steps_[i];
+    const bool exact = (i > 0 && isNumber(steps_[i - 1])) || (i + 1 < steps_.size() && isNumber(steps_[i + 1]));
+    step.least = exact ? step.count : step.part == kYear ? 4 : 1;
+    step.most = exact ? step.count : step.part == kYear ? 4 : step.kind == TKind::Fraction ? 9 : 2;
+  }
 }
 
 bool TPlainDatePattern::FindNames(const icu::DateFormatSymbols& symbols) {
@@ -146,12 +172,9 @@ bool TPlainDatePattern::FindNames(const icu::DateFormatSymbols& symbols) {
 }
 
 void TPlainDatePattern::MeasureLongest() {
-  constexpr unsigned int kLongestNumber = 6, kOffset = 6;
+  constexpr std::size_t kLongestNumber = 6;  // or offset
   for (const TStep& step : steps_) {
-    std::size_t most = 0;
-    if (step.kind == TKind::Literal) most = step.length;
-    if (step.kind == TKind::Number) most = kLongestNumber;
-    if (step.kind == TKind::Offset) most = kOffset;
+    std::size_t most = step.kind == TKind::Literal ? step.length : kLongestNumber;
     if (step.kind == TKind::Name) {
       for (unsigned int i = 0; i < step.length; ++i) most = std::max(most, names_[step.begin + i].size());
     }
@@ -161,15 +184,20 @@ void TPlainDatePattern::MeasureLongest() {
 
 // Numbers that make a whole date, with simple text between them, and the offset last.
 bool TPlainDatePattern::CanRead() const {
-  std::u16string letters;
+  unsigned int parts = 0;
   for (const TStep& step : steps_) {
-    if (step.kind == TKind::Name || step.letter == u'h') return false;
-    if (step.kind == TKind::Offset && &step != &steps_.back()) return false;
-    if (step.letter == u'y' && step.exact && step.count != 4) return false;
-    if (Literal(step).find_first_not_of(kReadableLiterals) != std::u16string_view::npos) return false;
-    letters += step.letter;
+    if (step.kind == TKind::Name) return false;
+    if (step.kind == TKind::Offset) {
+      if (&step != &steps_.back()) return false;
+    } else if (step.kind == TKind::Literal) {
+      if (Literal(step).find_first_not_of(kReadableLiterals) != std::u16string_view::npos) return false;
+    } else {
+      if (step.part >= kYearOfCentury) return false;
+      parts |= 1U << step.part;
+    }
   }
-  return std::all_of(kDate.begin(), kDate.end(), [&](char16_t letter) { return letters.find(letter) != letters.npos; });
+  constexpr unsigned int kDate = 1U << kYear | 1U << kMonth | 1U << kDay;
+  return (parts & kDate) == kDate;
 }
 
 }  // namespace templatenames

@@ -42,21 +42,42 @@ class TPlainDatePattern {
   bool Read(std::u16string_view text, TLocalTime& time) const;
 
  private:
-  enum class TKind : std::uint8_t { Literal, Number, Name, Offset };
+  enum class TKind : std::uint8_t { Literal, Number, Fraction, Name, Offset };
+  /// What a number, a fraction or a name is about. Those from kYearOfCentury on are only written.
+  enum TPart : std::uint8_t {
+    kYear,
+    kMonth,  // from 1
+    kDay,
+    kHour,
+    kMinute,
+    kSecond,
+    kMillisecond,
+    kYearOfCentury,
+    kHourOfHalf,  // 1 to 12
+    kHalf,        // 0 or 1
+    kWeekday,     // from 0, Sunday
+    kParts,
+  };
   struct TStep {
     TKind kind = TKind::Literal;
-    std::uint8_t count = 0;    // of the letter
-    bool exact = false;        // when read, a number has as many digits as letters
+    TPart part = kYear;
     char16_t letter = 0;       // of the field
+    std::uint8_t count = 0;    // of the letter
+    std::uint8_t least = 0;    // digits of a number that is read;
+    std::uint8_t most = 0;     // at most
     std::uint16_t begin = 0;   // of literal text in literals_, or of names in names_
     std::uint16_t length = 0;  // of literal text, or number of names; else 0
   };
+  struct TForm;
   struct TFields;
   struct TReading;
+
+  static const TForm kForms[];
 
   bool Scan(std::u16string_view pattern);
   bool AddField(char16_t letter, std::size_t count);
   void AddLiteral(char16_t unit);
+  void SetWidths();
   bool FindNames(const icu::DateFormatSymbols& symbols);
   void MeasureLongest();
   bool CanRead() const;

@@ -1,5 +1,6 @@
 // Plain date patterns at work: writing a time, and reading one.
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 
@@ -8,16 +9,16 @@
 namespace templatenames {
 namespace {
 
-constexpr std::int64_t kDay = 86'400'000;
-constexpr std::int32_t kHour = 3'600'000;
-constexpr std::int32_t kMinute = 60'000;
+constexpr std::int64_t kDayLength = 86'400'000;
+constexpr std::int32_t kHourLength = 3'600'000;
+constexpr std::int32_t kMinuteLength = 60'000;
 
 constexpr int kFirstYear = 1583;  // 1582 has days that do not exist
 constexpr int kLastYear = 9999;   // the last with four digits
 
 using TDays = std::chrono::sys_days;
 
-constexpr double MillisecondsAt(TDays day) { return static_cast<double>(day.time_since_epoch().count() * kDay); }
+constexpr double MillisecondsAt(TDays day) { return static_cast<double>(day.time_since_epoch().count() * kDayLength); }
 constexpr double kBegin = MillisecondsAt(TDays(std::chrono::year(kFirstYear) / 1 / 1));
 constexpr double kEnd = MillisecondsAt(TDays(std::chrono::year(kLastYear + 1) / 1 / 1));
 
@@ -43,7 +44,7 @@ char16_t* WriteFraction(unsigned int millisecond, unsigned int count, char16_t* 
 }
 
 char16_t* WriteOffset(std::int32_t offset, char16_t* at) {
-  const auto minutes = static_cast<unsigned int>((offset < 0 ? -offset : offset) / kMinute);
+  const auto minutes = static_cast<unsigned int>((offset < 0 ? -offset : offset) / kMinuteLength);
   *at++ = minutes == 0 ? u'Z' : offset < 0 ? u'-' : u'+';
   if (minutes == 0) return at;
   at = WriteNumber(minutes / 60, 2, at);
@@ -56,22 +57,25 @@ char16_t* WriteOffset(std::int32_t offset, char16_t* at) {
 // ---- writing
 
 struct TPlainDatePattern::TFields {
-  unsigned int year, month, day, weekday, hour, minute, second, millisecond;
+  std::array<unsigned int, kParts> values;
   std::int32_t offset;
 
   TFields(std::int64_t local, std::int32_t theOffset) : offset(theOffset) {
-    const std::int64_t days = (local - (local < 0 ? kDay - 1 : 0)) / kDay;
+    const std::int64_t days = (local - (local < 0 ? kDayLength - 1 : 0)) / kDayLength;
     const TDays date{std::chrono::days(days)};
     const std::chrono::year_month_day civil(date);
-    year = static_cast<unsigned int>(static_cast<int>(civil.year()));
-    month = static_cast<unsigned int>(civil.month());
-    day = static_cast<unsigned int>(civil.day());
-    weekday = std::chrono::weekday(date).c_encoding();
-    const auto within = static_cast<unsigned int>(local - days * kDay);
-    hour = within / kHour;
-    minute = within / kMinute % 60;
-    second = within / 1000 % 60;
-    millisecond = within % 1000;
+    const auto within = static_cast<unsigned int>(local - days * kDayLength);
+    values[kYear] = static_cast<unsigned int>(static_cast<int>(civil.year()));
+    values[kMonth] = static_cast<unsigned int>(civil.month());
+    values[kDay] = static_cast<unsigned int>(civil.day());
+    values[kHour] = within / kHourLength;
+    values[kMinute] = within / kMinuteLength % 60;
+    values[kSecond] = within / 1000 % 60;
+    values[kMillisecond] = within % 1000;
+    values[kYearOfCentury] = values[kYear] % 100;
+    values[kHourOfHalf] = (values[kHour] + 11) % 12 + 1;
+    values[kHalf] = values[kHour] / 12;
+    values[kWeekday] = std::chrono::weekday(date).c_encoding();
   }
 };
 
@@ -89,35 +93,19 @@ bool TPlainDatePattern::Write(double time, std::int32_t offset, NQ_TString& out)
 
 char16_t* TPlainDatePattern::WriteStep(const TStep& step, const TFields& fields, char16_t* at) const {
   const auto copy = [at](std::u16string_view text) { return std::copy(text.begin(), text.end(), at); };
-  const auto number = [&](unsigned int value) { return WriteNumber(value, step.count, at); };
-  const auto name = [&](unsigned int index) { return copy(names_[step.begin + index]); };
-  switch (step.letter) {
-    case u'y':
-      return number(step.count == 2 ? fields.year % 100 : fields.year);
-    case u'M':
-    case u'L':
-      return step.kind == TKind::Name ? name(fields.month - 1) : number(fields.month);
-    case u'd':
-      return number(fields.day);
-    case u'H':
-      return number(fields.hour);
-    case u'h':
-      return number(fields.hour % 12 == 0 ? 12 : fields.hour % 12);
-    case u'm':
-      return number(fields.minute);
-    case u's':
-      return number(fields.second);
-    case u'S':
-      return WriteFraction(fields.millisecond, step.count, at);
-    case u'E':
-      return name(fields.weekday);
-    case u'a':
-      return name(fields.hour / 12);
-    case u'X':
+  switch (step.kind) {
+    case TKind::Number:
+      return WriteNumber(fields.values[step.part], step.count, at);
+    case TKind::Fraction:
+      return WriteFraction(fields.values[step.part], step.count, at);
+    case TKind::Name:
+      return copy(names_[step.begin + fields.values[step.part] - (step.part == kMonth ? 1 : 0)]);
+    case TKind::Offset:
       return WriteOffset(fields.offset, at);
-    default:
-      return copy(Literal(step));
+    case TKind::Literal:
+      break;
   }
+  return copy(Literal(step));
 }
 
 // ---- reading
@@ -125,18 +113,8 @@ char16_t* TPlainDatePattern::WriteStep(const TStep& step, const TFields& fields,
 struct TPlainDatePattern::TReading {
   const char16_t* at;
   const char16_t* end;
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
+  std::array<int, kYearOfCentury> values = {};
   std::optional<std::int32_t> offset = {};
-
-  // Takes between least and most digits. What follows them in the pattern is no digit, unless the number is exact.
-  bool Take(std::ptrdiff_t least, std::ptrdiff_t most, int& number) {
-    const char16_t* const begin = at;
-    const char16_t* const limit = at + std::min(most, end - at);
-    int taken = 0;
-    for (; at != limit && IsDigit(*at); ++at) taken = taken * 10 + (*at - u'0');
-    number = taken;
-    return at - begin >= least;
-  }
 
   bool TakeText(std::u16string_view text) {
     for (const char16_t unit : text) {
@@ -145,30 +123,20 @@ struct TPlainDatePattern::TReading {
     return true;
   }
 
-  bool Take(const TStep& step) {
-    const std::ptrdiff_t least = step.exact ? step.count : 1, most = step.exact ? step.count : 2;
-    switch (step.letter) {
-      case u'y':
-        return Take(4, 4, year);
-      case u'M':
-      case u'L':
-        return Take(least, most, month);
-      case u'd':
-        return Take(least, most, day);
-      case u'H':
-        return Take(least, most, hour);
-      case u'm':
-        return Take(least, most, minute);
-      case u's':
-        return Take(least, most, second);
-      default:
-        return TakeFraction(least, step.exact ? step.count : 9);
-    }
+  // What follows the digits in the pattern is no digit, unless their number is exact.
+  bool TakeNumber(std::ptrdiff_t least, std::ptrdiff_t most, int& number) {
+    const char16_t* const begin = at;
+    const char16_t* const limit = at + std::min(most, end - at);
+    int taken = 0;
+    for (; at != limit && IsDigit(*at); ++at) taken = taken * 10 + (*at - u'0');
+    number = taken;
+    return at - begin >= least;
   }
 
-  bool TakeFraction(std::ptrdiff_t least, std::ptrdiff_t most) {
+  bool TakeFraction(const TStep& step) {
     const char16_t* const begin = at;
-    if (!Take(least, most, millisecond)) return false;
+    int& millisecond = values[step.part];
+    if (!TakeNumber(step.least, step.most, millisecond)) return false;
     std::ptrdiff_t digits = at - begin;
     for (; digits < 3; ++digits) millisecond *= 10;
     for (; digits > 3; --digits) millisecond /= 10;
@@ -181,8 +149,8 @@ struct TPlainDatePattern::TReading {
     if (first == u'Z') offset = 0;
     if (first != u'+' && first != u'-') return first == u'Z';
     int hours = 0, minutes = 0;
-    if (!Take(2, 2, hours) || !TakeText(u":") || !Take(2, 2, minutes)) return false;
-    offset = (first == u'-' ? -1 : 1) * (hours * kHour + minutes * kMinute);
+    if (!TakeNumber(2, 2, hours) || !TakeText(u":") || !TakeNumber(2, 2, minutes)) return false;
+    offset = (first == u'-' ? -1 : 1) * (hours * kHourLength + minutes * kMinuteLength);
     return hours < 24 && minutes < 60;
   }
 };
@@ -190,18 +158,20 @@ struct TPlainDatePattern::TReading {
 bool TPlainDatePattern::Read(std::u16string_view text, TLocalTime& time) const {
   if (!reads_) return false;
   TReading reading{text.data(), text.data() + text.size()};
+  auto& values = reading.values;
   for (const TStep& step : steps_) {
-    const bool taken = step.kind == TKind::Literal  ? reading.TakeText(Literal(step))
-                       : step.kind == TKind::Offset ? reading.TakeOffset()
-                                                    : reading.Take(step);
+    const bool taken = step.kind == TKind::Number     ? reading.TakeNumber(step.least, step.most, values[step.part])
+                       : step.kind == TKind::Literal  ? reading.TakeText(Literal(step))
+                       : step.kind == TKind::Fraction ? reading.TakeFraction(step)
+                                                      : reading.TakeOffset();
     if (!taken) return false;
   }
-  const std::chrono::year_month_day date(std::chrono::year(reading.year),
-                                         std::chrono::month(static_cast<unsigned int>(reading.month)),
-                                         std::chrono::day(static_cast<unsigned int>(reading.day)));
-  if (reading.at != reading.end || !date.ok() || reading.year < kFirstYear || reading.hour > 23) return false;
-  time.milliseconds = MillisecondsAt(TDays(date)) +
-                      (reading.hour * kHour + reading.minute * kMinute + reading.second * 1000 + reading.millisecond);
+  const std::chrono::year_month_day date(std::chrono::year{values[kYear]},
+                                         std::chrono::month{static_cast<unsigned int>(values[kMonth])},
+                                         std::chrono::day{static_cast<unsigned int>(values[kDay])});
+  if (reading.at != reading.end || !date.ok() || values[kYear] < kFirstYear || values[kHour] > 23) return false;
+  time.milliseconds = MillisecondsAt(TDays(date)) + values[kHour] * kHourLength + values[kMinute] * kMinuteLength +
+                      values[kSecond] * 1000 + values[kMillisecond];
   time.offset = reading.offset;
   return true;
 }
