@@ -1,5 +1,6 @@
 #include "Groups.h"
 
+#include "DateTokens.h"
 #include "ReferenceEngines.h"
 #include "RegexTokens.h"
 #include "Subjects.h"
@@ -74,6 +75,19 @@ Subjects RegexSubjects(const Patterns& patterns) {
   return subjects;
 }
 
+Subjects DateSubjects(const DateTask& task) {
+  const Workload w = FourDates(task);
+  const auto steady = [&]<class Engine>(const char* name, std::unique_ptr<Engine> engine) {
+    return std::make_unique<Steady<Engine>>(name, w.tokens, task.expected, std::move(engine));
+  };
+  const Registry registry = DateRegistry(task);
+  Subjects subjects;
+  subjects.push_back(steady("icu_each_time", std::make_unique<IcuEachTime>(task)));
+  subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
+  subjects.push_back(steady("vexo_utf8", std::make_unique<VexoUtf8>(registry, w.Template())));
+  return subjects;
+}
+
 Subjects RegistrySizes() {
   const Workload few = SpreadNames(100), many = SpreadNames(kLargestRegistry);
   const Registry fewNames = MakeRegistry(few), manyNames = MakeRegistry(many);
@@ -119,6 +133,9 @@ constexpr Group kGroups[] = {
     {"regex", "four regex tokens, one group each", [] { return RegexSubjects(kShortPatterns); }, kSlice, 1},
     {"regex-whole", "the same, each pattern for the whole value", [] { return RegexSubjects(kWholeNamePatterns); },
      kSlice, 1},
+    {"date", "four dates, ISO to ISO", [] { return DateSubjects(kIsoDates); }, kSlice, 1},
+    {"date-months", "four dates, digits to names of months", [] { return DateSubjects(kNamedMonths); }, kSlice, 1},
+    {"date-zones", "four dates, digits to names of zones", [] { return DateSubjects(kNamedZones); }, kSlice, 1},
     {"names", "100 tokens over registries of 100 and 1,000,000 names", RegistrySizes, kSlice, 1},
     {"tokens", "templates of 1,000 and 1,000,000 tokens", TemplateSizes, kLargeSlice, 10},
 };
