@@ -1,8 +1,8 @@
 // Tokens kept in split form.
 //
 // The same tokens occur in many templates, so a token text that comes a second time is kept: split, its name found, its
-// format and its regular expression read. A table of fixed size holds them, each in the place its hash names; what
-// comes later to a place that is taken moves in when it comes twice in a row.
+// format and its regular expression read. A table of fixed size holds them, each in one of the two places
+// that its hash names; what comes later to places that are taken moves in when it comes twice in a row.
 #pragma once
 
 #include <array>
