@@ -52,21 +52,28 @@ void Transform(const NQ_TString& word, NQ_TString& value) {
 
 // ---- encodings
 
-const NQ_TString& TextIn(const NQ_TDict& pair, TPairKeys::TKey key) {
-  if (const auto* const text = TPairPlaces::In(pair).Get<NQ_TString>(key)) return *text;
-  const NQ_TAny& other = pair.At(TPairKeys::All()[key]);
-  nq::Throw(NQ_EException("This value in an element of CustomEncoding is no text", other));
-}
-
 struct TPair {
   std::u16string_view find;
   std::u16string_view replace;
 };
 
-TPair PairIn(const NQ_TAny& element) {
+// Says what an element lacks.
+[[noreturn]] void ThrowFor(const NQ_TAny& element) {
   const auto* const pair = element.As<NQ_TDict>();
   if (pair == nullptr) nq::Throw(NQ_EException("An element of CustomEncoding is no dictionary", element));
-  return {TextIn(*pair, TPairKeys::kFind).StringView(), TextIn(*pair, TPairKeys::kReplace).StringView()};
+  const NQ_TString& find = TPairKeys::All()[TPairKeys::kFind];
+  const NQ_TString& wanted = pair->Get<NQ_TString>(find) == nullptr ? find : TPairKeys::All()[TPairKeys::kReplace];
+  nq::Throw(NQ_EException("This value in an element of CustomEncoding is no text", pair->At(wanted)));
+}
+
+TPair PairIn(const NQ_TAny& element) {
+  if (const auto* const pair = element.As<NQ_TDict>()) {
+    const TPairPlaces& places = TPairPlaces::In(*pair);
+    const auto* const find = places.Get<NQ_TString>(TPairKeys::kFind);
+    const auto* const replace = places.Get<NQ_TString>(TPairKeys::kReplace);
+    if (find != nullptr && replace != nullptr) return {find->StringView(), replace->StringView()};
+  }
+  ThrowFor(element);
 }
 
 // Most lists replace single characters by texts without characters of later pairs: those pairs are replaced together.

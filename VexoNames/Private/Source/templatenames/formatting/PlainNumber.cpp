@@ -105,8 +105,8 @@ struct TWritten {
 // Room for the largest double with the most decimals.
 using TBuffer = char[DBL_MAX_10_EXP + kMaxDecimals + 8];
 
-// Rounds by scaling the number to an integer. Returns false when the scaled number lies too near the middle between
-// two integers to tell the side: its own rounding error is at most half a unit in its last place.
+// Rounds by scaling the number to an integer, halves to the even one. False when the scaled number is too large for
+// that.
 bool RoundByScaling(double magnitude, int decimals, TBuffer& buffer, TWritten& written) {
   constexpr int kMost = 15;
   constexpr double kLargest = 1e15;
@@ -114,9 +114,10 @@ bool RoundByScaling(double magnitude, int decimals, TBuffer& buffer, TWritten& w
   const double scaled = magnitude * kPowers[decimals];
   if (!(scaled < kLargest)) return false;
   auto integer = static_cast<std::uint64_t>(scaled);
-  const double above = scaled - static_cast<double>(integer) - 0.5;
-  if (std::abs(above) <= scaled * DBL_EPSILON) return false;
-  integer += above > 0 ? 1 : 0;
+  double aboveHalf = scaled - static_cast<double>(integer) - 0.5;
+  // So near the middle, what scaling has rounded away decides.
+  if (std::abs(aboveHalf) <= scaled * DBL_EPSILON) aboveHalf += std::fma(magnitude, kPowers[decimals], -scaled);
+  if (aboveHalf > 0 || (aboveHalf == 0 && integer % 2 != 0)) ++integer;
   // The digits stand behind enough zeros for a number below 1.
   std::fill_n(buffer, kMost + 1, '0');
   char* const begin = buffer + kMost + 1;

@@ -8,28 +8,28 @@ namespace templatenames {
 
 bool TSubstitutions::Add(std::u16string_view find, std::u16string_view replace) {
   if (find.size() != 1 || find.front() >= kAscii || putIn_.Has(find.front()) || count_ == kMost) return false;
-  if (found_.Has(find.front())) return true;  // no such character is left
-  found_.Add(find.front());
-  numbers_[find.front()] = static_cast<std::uint8_t>(count_);
+  if (TextFor(find.front()) != nullptr) return true;  // no such character is left
   TText& text = texts_[count_++];
-  replace.copy(text.units, kShort);
+  numbers_[find.front()] = static_cast<std::uint8_t>(count_);
   text.length = static_cast<char16_t>(std::min(replace.size(), kShort + 1));
   text.text = replace.data();
   text.textLength = replace.size();
-  for (const char16_t unit : replace)
-    if (unit < kAscii) putIn_.Add(unit);
+  for (std::size_t i = 0; i < replace.size(); ++i) {
+    if (i < kShort) text.units[i] = replace[i];
+    if (replace[i] < kAscii) putIn_.Add(replace[i]);
+  }
   return true;
 }
 
 void TSubstitutions::Clear() {
-  found_ = {};
+  numbers_ = {};
   putIn_ = {};
   count_ = 0;
 }
 
 // The first position at which something changes, or the length.
 std::size_t TSubstitutions::FirstChange(std::u16string_view text, std::size_t from, bool others) const {
-  const auto changes = [&](char16_t unit) { return found_.Has(unit) || (others && unit >= kAscii); };
+  const auto changes = [&](char16_t unit) { return TextFor(unit) != nullptr || (others && unit >= kAscii); };
   return static_cast<std::size_t>(std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), changes) -
                                   text.begin());
 }
@@ -39,11 +39,10 @@ char16_t* TSubstitutions::ApplyShort(std::u16string_view text, std::size_t& at, 
                                      char16_t* out) const {
   for (; at < stop; ++at) {
     const char16_t unit = text[at];
-    if (found_.Has(unit)) {
-      const TText& put = texts_[numbers_[unit]];
-      if (put.length > kShort) break;
-      std::memcpy(out, &put, sizeof put.units + sizeof put.length);
-      out += put.length;
+    if (const TText* const put = TextFor(unit)) {
+      if (put->length > kShort) break;
+      std::memcpy(out, put, sizeof put->units + sizeof put->length);
+      out += put->length;
     } else {
       if (others && unit >= kAscii) break;
       *out++ = unit;
@@ -65,9 +64,9 @@ bool TSubstitutions::Apply(NQ_TString& value, std::size_t from, TAddOther addOth
     const std::size_t stop = std::min(at + kTogether, text.size());
     rewriting.Took(ApplyShort(text, at, stop, others, rewriting.Room(kRoom)));
     if (at == stop) continue;
-    if (found_.Has(text[at])) {
-      const TText& put = texts_[numbers_[text[at++]]];
-      rewriting.Add({put.text, put.textLength});
+    if (const TText* const put = TextFor(text[at])) {
+      rewriting.Add({put->text, put->textLength});
+      ++at;
     } else {
       addOther(text, at, rewriting);
     }

@@ -60,11 +60,15 @@ class TSubstitutions {
   std::size_t FirstChange(std::u16string_view text, std::size_t from, bool others) const;
   char16_t* ApplyShort(std::u16string_view text, std::size_t& at, std::size_t stop, bool others, char16_t* out) const;
 
-  TSet found_;
+  const TText* TextFor(char16_t unit) const {
+    const std::size_t number = unit < kAscii ? numbers_[unit] : 0;
+    return number == 0 ? nullptr : &texts_[number - 1];
+  }
+
   TSet putIn_;
   std::size_t count_ = 0;
-  std::array<std::uint8_t, kAscii> numbers_;  // where the text for a found character is; not set for others
-  std::array<TText, kMost> texts_;            // the first count_ are set
+  std::array<std::uint8_t, kAscii> numbers_{};  // of the text for a character, from 1 on; 0: it stays
+  std::array<TText, kMost> texts_;              // the first count_ are set
 };
 
 }  // namespace templatenames
