@@ -1,10 +1,15 @@
 #include "Groups.h"
 
 #include "DateTokens.h"
+#include "FormatterAlone.h"
+#include "NumberTokens.h"
 #include "ReferenceEngines.h"
 #include "RegexTokens.h"
 #include "Subjects.h"
+#include "TextTokens.h"
 #include "VexoEngines.h"
+#include "formatting/FormatNumber.h"
+#include "formatting/FormatText.h"
 
 namespace bench {
 namespace {
@@ -88,6 +93,38 @@ Subjects DateSubjects(const DateTask& task) {
   return subjects;
 }
 
+Subjects NumberSubjects() {
+  const Workload w = FourNumbers();
+  const auto steady = [&w]<class Engine>(const char* name, std::unique_ptr<Engine> engine) {
+    return std::make_unique<Steady<Engine>>(name, w.tokens, NumbersExpected(), std::move(engine));
+  };
+  const Registry registry = NumberRegistry();
+  Subjects subjects;
+  subjects.push_back(steady("streams_each_time", std::make_unique<StreamsEachTime>()));
+  const auto format = [](const NQ_TDict& options, NQ_TString& value) {
+    return templatenames::FormatNumber(0, options, value);
+  };
+  subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, NumberOptions(), format)));
+  subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
+  subjects.push_back(steady("vexo_utf8", std::make_unique<VexoUtf8>(registry, w.Template())));
+  return subjects;
+}
+
+Subjects TextSubjects(const Encoding& encoding) {
+  const Workload w = FourLines();
+  const auto steady = [&]<class Engine>(const char* name, std::unique_ptr<Engine> engine) {
+    return std::make_unique<Steady<Engine>>(name, w.tokens, encoding.expected, std::move(engine));
+  };
+  const Registry registry = TextRegistry(encoding);
+  Subjects subjects;
+  subjects.push_back(steady("by_hand", std::make_unique<EncodedByHand>(encoding)));
+  subjects.push_back(
+      steady("formatter", std::make_unique<FormatterAlone>(w, encoding.options(), &templatenames::FormatText)));
+  subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
+  subjects.push_back(steady("vexo_utf8", std::make_unique<VexoUtf8>(registry, w.Template())));
+  return subjects;
+}
+
 Subjects RegistrySizes() {
   const Workload few = SpreadNames(100), many = SpreadNames(kLargestRegistry);
   const Registry fewNames = MakeRegistry(few), manyNames = MakeRegistry(many);
@@ -136,6 +173,10 @@ constexpr Group kGroups[] = {
     {"date", "four dates, ISO to ISO", [] { return DateSubjects(kIsoDates); }, kSlice, 1},
     {"date-months", "four dates, digits to names of months", [] { return DateSubjects(kNamedMonths); }, kSlice, 1},
     {"date-zones", "four dates, digits to names of zones", [] { return DateSubjects(kNamedZones); }, kSlice, 1},
+    {"number", "four numbers, converted from inches to millimetres", NumberSubjects, kSlice, 1},
+    {"xml", "four lines of 75 characters as XML", [] { return TextSubjects(kXml); }, kSlice, 1},
+    {"url", "the same lines as parts of a URL", [] { return TextSubjects(kUrl); }, kSlice, 1},
+    {"custom", "the same lines, four characters replaced", [] { return TextSubjects(kCustom); }, kSlice, 1},
     {"names", "100 tokens over registries of 100 and 1,000,000 names", RegistrySizes, kSlice, 1},
     {"tokens", "templates of 1,000 and 1,000,000 tokens", TemplateSizes, kLargeSlice, 10},
 };
