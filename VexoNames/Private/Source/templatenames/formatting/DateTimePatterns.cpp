@@ -31,7 +31,8 @@ class TDatesOfCall {
   TDatesOfCall(const TDatesOfCall&) = delete;
   TDatesOfCall& operator=(const TDatesOfCall&) = delete;
 
-  TKeptDates* operator->() { return dates_; }
+  TKeptDates* operator->() const { return dates_; }
+  TKeptDates& operator*() const { return *dates_; }
 
  private:
   std::optional<TKeptDates> own_;
@@ -56,15 +57,15 @@ void StartToday(icu::Calendar& calendar) {
 
 bool ParseExactDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language,
                         const NQ_TString& text, double& time) {
-  TDatesOfCall dates(pattern, zone, language);
-  return ReadPlainly(*dates.operator->(), dates->Format(pattern, language), zone, text, time);
+  const TDatesOfCall dates(pattern, zone, language);
+  return ReadPlainly(*dates, dates->Format(pattern, language), zone, text, time);
 }
 
 void ParseDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language,
                    const NQ_TString& text, double& time) {
-  TDatesOfCall dates(pattern, zone, language);
+  const TDatesOfCall dates(pattern, zone, language);
   const TDateFormat& format = dates->Format(pattern, language);
-  if (ReadPlainly(*dates.operator->(), format, zone, text, time)) return;
+  if (ReadPlainly(*dates, format, zone, text, time)) return;
   icu::Calendar& calendar = dates->NewCalendar(zone, language);
   StartToday(calendar);
   icu::ParsePosition position(0);
@@ -81,7 +82,7 @@ void ParseDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_T
 
 void FormatDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language, double time,
                     NQ_TString& out) {
-  TDatesOfCall dates(pattern, zone, language);
+  const TDatesOfCall dates(pattern, zone, language);
   const TDateFormat& format = dates->Format(pattern, language);
   if (std::isnan(time)) nq::Throw(NQ_EException(u_errorName(U_ILLEGAL_ARGUMENT_ERROR), time));
   if (format.plain.Write(time, dates->Zone(zone).OffsetAt(time), out)) return;
