@@ -39,20 +39,6 @@ bool Write(const DateFormat& format, double time, std::string& out) {
   return U_FAILURE(error) == 0;
 }
 
-NQ_TDict OptionsOf(const DateTask& task) {
-  NQ_TDict options;
-  const auto set = [&options](const char* key, const char* value) { options.Add(key, NQ_TString(value)); };
-  const auto iso = [](const DateFormat& format) { return std::string_view(format.pattern) == kIsoPattern; };
-  set("DataFormat", "DATETIME");
-  set(iso(task.in) ? "InputDateTimeFormat" : "CustomInputDateTimeFormat", iso(task.in) ? "ISO8601" : task.in.pattern);
-  set("InputTimeZone", task.in.zone);
-  set("InputLanguage", task.in.language);
-  set(iso(task.out) ? "DateTimeFormat" : "CustomDateTimeFormat", iso(task.out) ? "ISO8601" : task.out.pattern);
-  set("TimeZone", task.out.zone);
-  set("Language", task.out.language);
-  return options;
-}
-
 }  // namespace
 
 const DateTask kIsoDates = {{kIsoPattern, "", ""},
@@ -88,10 +74,24 @@ Workload FourDates(const DateTask& task) {
   return w;
 }
 
+NQ_TDict DateOptions(const DateTask& task) {
+  NQ_TDict options;
+  const auto set = [&options](const char* key, const char* value) { options.Add(key, NQ_TString(value)); };
+  const auto iso = [](const DateFormat& format) { return std::string_view(format.pattern) == kIsoPattern; };
+  set("DataFormat", "DATETIME");
+  set(iso(task.in) ? "InputDateTimeFormat" : "CustomInputDateTimeFormat", iso(task.in) ? "ISO8601" : task.in.pattern);
+  set("InputTimeZone", task.in.zone);
+  set("InputLanguage", task.in.language);
+  set(iso(task.out) ? "DateTimeFormat" : "CustomDateTimeFormat", iso(task.out) ? "ISO8601" : task.out.pattern);
+  set("TimeZone", task.out.zone);
+  set("Language", task.out.language);
+  return options;
+}
+
 Registry DateRegistry(const DateTask& task) {
   const Workload w = FourDates(task);
   Registry registry = MakeRegistry(w);
-  for (const Name& name : w.names) registry->SetFormattingOptions(NQ_TString(name.key.c_str()), OptionsOf(task));
+  for (const Name& name : w.names) registry->SetFormattingOptions(NQ_TString(name.key.c_str()), DateOptions(task));
   return registry;
 }
 

@@ -1,10 +1,11 @@
-// Date tokens against the plain way of doing the same: four dates, each read by one pattern and written by another,
-// once by names with formatting options and once by ICU alone, with objects built for each date.
+// Date tokens against the plain way of doing the same: four dates, each read by one pattern and written by another, by
+// names with formatting options, by the formatter alone, and by ICU, with objects built for each date.
 #pragma once
 
 #include <array>
 #include <string>
 
+#include "NQ_TDict.h"
 #include "VexoEngines.h"
 #include "Workloads.h"
 
@@ -25,6 +26,7 @@ extern const DateTask kNamedMonths;  // from digits to a German date
 extern const DateTask kNamedZones;   // the same with the weekday and the zone in words
 
 Workload FourDates(const DateTask& task);
+NQ_TDict DateOptions(const DateTask& task);
 Registry DateRegistry(const DateTask& task);
 
 class IcuEachTime {

@@ -8,6 +8,7 @@
 #include "Subjects.h"
 #include "TextTokens.h"
 #include "VexoEngines.h"
+#include "formatting/DateTime.h"
 #include "formatting/FormatNumber.h"
 #include "formatting/FormatText.h"
 
@@ -88,6 +89,10 @@ Subjects DateSubjects(const DateTask& task) {
   const Registry registry = DateRegistry(task);
   Subjects subjects;
   subjects.push_back(steady("icu_each_time", std::make_unique<IcuEachTime>(task)));
+  const auto format = [](const NQ_TDict& options, NQ_TString& value) {
+    return templatenames::FormatDateTimeValue(0, options, value);
+  };
+  subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, DateOptions(task), format)));
   subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
   subjects.push_back(steady("vexo_utf8", std::make_unique<VexoUtf8>(registry, w.Template())));
   return subjects;
