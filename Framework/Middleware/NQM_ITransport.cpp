@@ -1,0 +1,3 @@
+#include "NQM_ITransport.h"
+
+NQM_ITransport::~NQM_ITransport() = default;
