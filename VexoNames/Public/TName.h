@@ -34,6 +34,7 @@
 #include "NQ_TMutex.h"
 #include "NQ_TString.h"
 #include "NQ_TTime.h"
+#include "NQ_TTree.h"
 #include "NQ_TURL.h"
 #include "TNameLimits.h"
 #include "TNameLookupHandler.h"
@@ -170,6 +171,14 @@ class NQ_EXPORT TName {
   /// Records a query to a service: host (a template), server ("#" and a port, or a service name), method, parameters.
   void SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method, NQ_TDict params);
 
+  // ---- DefinitionRecords.cpp: names from trees
+
+  /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
+  /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
+  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
+  /// tells why.
+  bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+
   // ---- Formatting.cpp: what is done to a text last
 
   /// Stores a copy of the options in place of earlier ones. "DataFormat" chooses the formatter, "TEXT", "NUMBER" or
@@ -249,6 +258,11 @@ class NQ_EXPORT TName {
   void StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types);
   void DefineLookup(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
   int Count(const NQ_TString& key, int step);
+
+  // DefinitionRecords.cpp
+  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
+  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
 
   // Formatting.cpp
   bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);

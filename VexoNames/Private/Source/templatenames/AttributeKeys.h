@@ -31,6 +31,16 @@ struct TAttributeKeys {
   const NQ_TString server{u"Server"};
   const NQ_TString method{u"Method"};
   const NQ_TString params{u"Params"};
+
+  // Of definition records only.
+  const NQ_TString urlValue{u"Value:"};
+  const NQ_TString p1{u"P1"};
+  const NQ_TString p2{u"P2"};
+  const NQ_TString p3{u"P3"};
+  const NQ_TString p4{u"P4"};
+  const NQ_TString definition{u"Definition"};
+  const NQ_TString dependencies{u"Dependencies"};
+  const NQ_TString cached{u"Cached"};
 };
 
 /// Made on first use, kept until the library unloads. Any thread.
