@@ -19,4 +19,10 @@ struct TNameLimits {
   /// longer the value is), and how deep it may recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;
   unsigned long regexRecursion = 10'000;
+  /// XML files that values are read from, which are small: the size of one; its elements, attributes and other nodes;
+  /// how deep elements lie within each other; how many entities it may use. A file beyond a limit is not loaded.
+  std::int64_t xmlBytes = std::int64_t{16} * 1024 * 1024;
+  std::int64_t xmlNodes = 500'000;
+  int xmlDepth = 1'000;
+  int xmlEntities = 10'000;
 };

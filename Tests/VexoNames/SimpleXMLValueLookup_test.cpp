@@ -1,0 +1,254 @@
+#include "SimpleXMLValueLookup.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/RuntimeException.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
+
+#include "NQ_EException.h"
+#include "NQ_TURL.h"
+#include "Support.h"
+
+using names_test::Repeated;
+using names_test::S;
+using names_test::Text;
+using xmlvalues::LoadXMLDocument;
+using xmlvalues::TDocument;
+
+namespace {
+
+class SimpleXMLValueLookup : public testing::Test {
+ protected:
+  SimpleXMLValueLookup() { std::filesystem::create_directories(folder_); }
+  ~SimpleXMLValueLookup() override { std::filesystem::remove_all(folder_); }
+
+  std::string Write(const std::string& content, const std::string& name = "a.xml") const {
+    std::ofstream(folder_ + name, std::ios::binary) << content;
+    return folder_ + name;
+  }
+
+  /// "loaded", or class and message of the error, with FILE for the file's name.
+  static std::string Loaded(const std::string& path, const TNameLimits& limits = {}) {
+    try {
+      const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + path)), limits));
+      return "loaded";
+    } catch (const NQ_EException& error) {
+      EXPECT_TRUE(Text(error.NQ_ExceptionFile()).starts_with("VexoNames/Private/Source/SimpleXMLValueLookup"));
+      std::string text = std::string(error.ClassName()) + ": " + Text(error.NQ_Message());
+      if (const auto at = text.find(path); at != text.npos) text.replace(at, path.size(), "FILE");
+      return text;
+    }
+  }
+
+  const xmlvalues::TXMLPlatform platform_;
+  const std::string folder_ = testing::TempDir() + "SimpleXMLValueLookup" + std::to_string(getpid()) + "/";
+};
+
+TEST_F(SimpleXMLValueLookup, FindsValues) {
+  const struct {
+    std::string document, key, value;  // "(none)" when there is none
+  } rows[] = {
+      {"<p><a><name>k</name><value>1</value></a></p>", "k", "1"},
+      {"<r><name>k</name><value>1</value><name>k</name><value>2</value></r>", "k", "1"},
+      {"<r><name>x</name><value>1</value><name>k</name><value>2</value></r>", "k", "2"},
+      {"<r><name>k</name><other/><value>1</value></r>", "k", "(none)"},
+      {"<r><name>k</name></r>", "k", "(none)"},
+      {"<r><name>k</name> <!-- c --> text <?p i?> <value>1</value></r>", "k", "1"},
+      {"<r><name>k</name><other/><name>k</name><value>2</value></r>", "k", "2"},
+      {"<r><a><name>k</name></a><value>1</value><k>9</k></r>", "k", "9"},
+      {"<r><k>9</k><name>k</name><value>1</value></r>", "k", "1"},
+      {"<r><name>k</name><value/><name>k</name><value>2</value><k>9</k></r>", "k", "9"},
+      {"<r><name>k</name><value/><name>k</name><value>2</value></r>", "k", "(none)"},
+      {"<r><k>9</k></r>", "k", "9"},
+      {"<r><a><b/><k>9</k></a><k>8</k></r>", "k", "9"},
+      {"<r><k/><k>9</k></r>", "k", "(none)"},
+      {"<k>9</k>", "k", "(none)"},
+      {"<name>k</name>", "k", "(none)"},
+      {"<k><k>9</k></k>", "k", "9"},
+      {"<r><name> k</name><value>1</value></r>", "k", "(none)"},
+      {"<r><name>k</name><value> 1\n</value></r>", "k", " 1\n"},
+      {"<r><Name>k</Name><Value>1</Value></r>", "k", "(none)"},
+      {"<r><k>9</k></r>", "K", "(none)"},
+      {"<r xmlns:p='u'><p:name>k</p:name><p:value>1</p:value></r>", "k", "(none)"},
+      {"<r><p:k>9</p:k></r>", "p:k", "9"},
+      {"<r><k><![CDATA[9]]></k></r>", "k", "(none)"},
+      {"<r><k><![CDATA[9]]>8<a/>7</k></r>", "k", "8"},
+      {"<r><k>1<!-- c -->2</k></r>", "k", "1"},
+      {"<r><k><a>9</a></k></r>", "k", "(none)"},
+      {"<r><k>a&lt;&#98;&amp;</k></r>", "k", "a<b&"},
+      {"<!DOCTYPE r [<!ENTITY e '9'>]><r><k>&e;</k></r>", "k", "(none)"},
+      {"<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA 'x'>]><r><k>9</k></r>", "k", "9"},
+      {"<r><a>9</a></r>", "*", "(none)"},
+      {"<r><k>J\xC3\xB8rgen \xF0\x9F\x98\x80</k></r>", "k", "J\xC3\xB8rgen \xF0\x9F\x98\x80"},
+      {"<?xml version='1.0' encoding='ISO-8859-1'?><r><\xE6>\xF8</\xE6></r>", "\xC3\xA6", "\xC3\xB8"},
+      {"<r/>", "k", "(none)"},
+  };
+  for (const auto& row : rows) {
+    const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write(row.document)))));
+    NQ_TString value("left over");
+    const bool found = xmlvalues::LookupXMLValue(document->getDocumentElement(), S(row.key), value);
+    EXPECT_EQ(found ? Text(value) : "(none)" + Text(value), row.value) << row.document;
+  }
+}
+
+TEST_F(SimpleXMLValueLookup, FallsBackOnlyWhenAllowed) {
+  const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write("<r><n>k</n><v>1</v><k>9</k></r>")))));
+  const struct {
+    const char16_t* name;
+    const char16_t* value;
+    bool fallback;
+    std::u16string_view found;
+  } rows[] = {
+      {u"n", u"v", true, u"1"},    {u"n", u"v", false, u"1"},   {nullptr, u"v", true, u"9"},
+      {u"n", nullptr, true, u"9"}, {u"n", nullptr, false, u""}, {u"n", u"x", false, u""},
+  };
+  for (const auto& row : rows) {
+    const char16_t* const text =
+        xmlvalues::FindXMLValue(document->getDocumentElement(), u"k", row.fallback, row.name, row.value);
+    EXPECT_TRUE((text == nullptr ? u"" : text) == row.found) << &row - rows;
+  }
+}
+
+std::string Attributes(int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += " a" + std::to_string(i) + "=''";
+  return all;
+}
+
+// Entities of which each holds ten of the one before.
+std::string Bomb(const std::string& rest) {
+  std::string text = "<!DOCTYPE r [<!ENTITY a0 'lol'>";
+  for (int i = 1; i < 12; ++i)
+    text += "<!ENTITY a" + std::to_string(i) + " '" + Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";
+  return text + rest;
+}
+
+TEST_F(SimpleXMLValueLookup, WhatIsWrongIsReportedWithItsPlace) {
+  const std::string fault = "NQ_EException: The XML file 'FILE' is not well-formed: error at line ";
+  const struct {
+    std::string document, error;  // how the message begins
+  } rows[] = {
+      {"<r>\n<a></b></r>", "2 column 6:"},
+      {"<r>", "1 column 4:"},
+      {"", "1 column 1:"},
+      {"text", "1 column 1:"},
+      {"<r/><r/>", "1 column 5:"},
+      {"<r>\xFF\xFE</r>", ""},
+      {"<?xml version='1.0' encoding='nonsense'?><r/>", ""},
+      {"<r>&undeclared;</r>", "1 column 16:"},
+      {"<r a='1' a='2'/>", ""},
+      {"<!DOCTYPE r SYSTEM 'http://localhost:1/x.dtd'><r/>", "1 column 47:it refers to something outside the file"},
+      {"<!DOCTYPE r SYSTEM 'file:///etc/hostname'><r/>", "1 column 43:it refers to something outside the file"},
+      {"<!DOCTYPE r [<!ENTITY e SYSTEM '/etc/hostname'>]><r>&e;</r>", "1 column 56:it refers to something outside"},
+      {"<!DOCTYPE r [<!ENTITY % e SYSTEM '/etc/hostname'>%e;]><r/>", "1 column 50:it declares a parameter entity"},
+      {"<!DOCTYPE r [<!ENTITY % e '<!-- -->'>%e;]><r/>", "1 column 38:it declares a parameter entity"},
+      {"<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>", "1 column 56:recursive"},
+      {Bomb("]><r>&a11;</r>"), "1 column 659:parser has encountered more than '10000' entity expansions"},
+      {Bomb("]><r a='&a11;'/>"), "1 column 662:parser has encountered more than '10000' entity expansions"},
+      {Bomb("<!ATTLIST r a CDATA '&a11;'>]><r/>"), "1 column 660:it declares both entities and attributes"},
+      {"<!DOCTYPE r [<!ENTITY a '" + std::string(5'000, 'x') + "'>]><r/>", "1 column 5028:its entities hold too much"},
+      {"<!DOCTYPE r [<!ELEMENT r (a" + Repeated(",a", 100'000) + ")>]><r/>",
+       "1 column 98305:its document type declaration is too large"},
+      {"<r>" + Repeated("<a/>", 1'000'000) + "</r>", "1 column 2000004:it has too many elements"},
+      {"<r>" + Repeated("<!---->", 600'000) + "</r>", "1 column 3500004:it has too many elements"},
+      {"<r>" + Repeated("<?p?>", 600'000) + "</r>", "1 column 2500004:it has too many elements"},
+      {"<r>" + Repeated("<![CDATA[]]>", 600'000) + "</r>", "1 column 6000004:it has too many elements"},
+      {Repeated("<a>", 100'000) + Repeated("</a>", 100'000), "1 column 3004:elements lie too deep within each other"},
+      {"<r" + Attributes(200'000) + "/>", "1 column 2088895:an element has too many attributes"},
+      {"<r>" + std::string(17 * 1024 * 1024, 'x') + "</r>", "1 column 16"},
+      {"<!DOCTYPE r [<!ENTITY a '" + std::string(4'000, 'x') + "'>]><r>" + Repeated("&a;", 5'000) + "</r>",
+       "1 column 16618:the file is too large"},
+  };
+  for (const auto& row : rows) {
+    const std::string found = Loaded(Write(row.document));
+    EXPECT_TRUE(found.starts_with(fault + row.error)) << row.document.substr(0, 80) << "\n" << found;
+  }
+}
+
+TEST_F(SimpleXMLValueLookup, ElementsUpToTheLimitsAreRead) {
+  TNameLimits limits;
+  limits.xmlNodes = 12;
+  limits.xmlDepth = 5;
+  limits.xmlBytes = 100;
+  limits.xmlEntities = 2;
+  const struct {
+    std::string within, beyond;
+  } rows[] = {
+      {"<r>" + Repeated("<a b=''/>", 5) + "<c/></r>", "<r>" + Repeated("<a b=''/>", 6) + "</r>"},
+      {"<r>" + Repeated("<a><b><c><d/></c></b></a>", 2) + "</r>", "<r><a><b><c><d><e/></d></c></b></a></r>"},
+      {"<r>" + std::string(93, 'x') + "</r>", "<r>" + std::string(94, 'x') + "</r>"},
+      {"<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;&e;</r>", "<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;&e;&e;</r>"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Loaded(Write(row.within), limits), "loaded") << row.within;
+    EXPECT_NE(Loaded(Write(row.beyond), limits), "loaded") << row.beyond;
+    EXPECT_EQ(Loaded(Write(row.beyond)), "loaded") << row.beyond;
+  }
+}
+
+TEST_F(SimpleXMLValueLookup, OnlyPlainFilesAreRead) {
+  mkfifo((folder_ + "pipe").c_str(), 0600);  // opening it would wait for a writer
+  std::filesystem::create_symlink(Write("<r/>"), folder_ + "link");
+  const struct {
+    std::string path, outcome;
+  } rows[] = {
+      {Write("<r/>"), "loaded"},
+      {Write("<r/>", "J\xC3\xB8rgen 100%25 #1.xml"), "loaded"},
+      {folder_ + "link", "loaded"},
+      {folder_ + "missing.xml", "NQ_EException: The XML file 'FILE' is not well-formed: error at line 0 column 0:"},
+      {folder_, "NQ_EException: The XML file 'FILE' is not well-formed: error at line 0 column 0:"},
+      {folder_ + "pipe", "NQ_EException: The XML file 'FILE' is not well-formed: error at line 0 column 0:"},
+      {"/dev/zero", "NQ_EException: The XML file 'FILE' is not well-formed: error at line 0 column 0:"},
+  };
+  for (const auto& row : rows) {
+    const std::string found = Loaded(row.path);
+    EXPECT_TRUE(found.starts_with(row.outcome)) << row.path << "\n" << found;
+  }
+}
+
+TEST_F(SimpleXMLValueLookup, AFileThatChangesIsReadAfresh) {
+  const std::string path = Write("<r/>");
+  EXPECT_EQ(Loaded(path), "loaded");
+  Write("<r>");
+  EXPECT_NE(Loaded(path), "loaded");
+}
+
+TEST_F(SimpleXMLValueLookup, EveryKindOfErrorHasItsMessageAndLine) {
+  const struct {
+    std::function<void()> raise;
+    std::string error;
+  } rows[] = {
+      {[] { throw xercesc::OutOfMemoryException(); }, "NQ_EOutOfMemory 54: "},
+      {[] { throw xercesc::RuntimeException("x.cpp", 7, xercesc::XMLExcepts::Str_ZeroSizedTargetBuf); },
+       "NQ_EException 59: XML exception at line 7 in file F:"},
+      {[] { throw xercesc::SAXParseException(u"no end", u"", u"", 3, 4); },
+       "NQ_EException 64: The XML file 'F' is not well-formed: error at line 3 column 4:no end"},
+      {[] { throw xercesc::SAXException(u"sax"); }, "NQ_EException 69: sax"},
+      {[] { throw xercesc::DOMException(xercesc::DOMException::NOT_FOUND_ERR); }, "NQ_EException 74: "},
+      {[] { nq::Throw(NQ_EException("2 parser errors"), "f", 9); }, "NQ_EException 9: 2 parser errors"},
+  };
+  for (const auto& row : rows) {
+    std::string text;
+    try {
+      try {
+        row.raise();
+      } catch (...) {
+        xmlvalues::RaiseAsFrameworkError("F");
+      }
+    } catch (const NQ_EException& error) {
+      text = std::string(error.ClassName()) + " " + std::to_string(error.NQ_ExceptionLine()) + ": " +
+             Text(error.NQ_Message());
+    }
+    EXPECT_TRUE(text.starts_with(row.error)) << row.error << "\n" << text;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+#include "SimpleXMLValueLookup.h"
+
+#include <xercesc/sax/HandlerBase.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <type_traits>
+
+#include "NQ_EException.h"
+#include "NQ_TFileInfo.h"
+#include "SimpleXMLValueLookupMemory.h"
+#include "SimpleXMLValueLookupParser.h"
+
+namespace xmlvalues {
+namespace {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using xercesc::XMLString;
+
+static_assert(std::is_same_v<XMLCh, char16_t>, "text goes over as it is");
+
+// The node after this one in document order, below the root.
+const DOMNode* NextBelow(const DOMNode* node, const DOMNode* root) {
+  if (const DOMNode* child = node->getFirstChild(); child != nullptr) return child;
+  for (; node != root; node = node->getParentNode())
+    if (const DOMNode* sibling = node->getNextSibling(); sibling != nullptr) return sibling;
+  return nullptr;
+}
+
+bool IsElement(const DOMNode* node) { return node->getNodeType() == DOMNode::ELEMENT_NODE; }
+
+// The next element of that name in document order, below the root.
+const DOMNode* NextNamed(const DOMNode* node, const DOMNode* root, const XMLCh* name) {
+  do {
+    node = NextBelow(node, root);
+  } while (node != nullptr && !(IsElement(node) && XMLString::equals(node->getNodeName(), name)));
+  return node;
+}
+
+const DOMNode* NextSiblingElement(const DOMNode* node) {
+  do {
+    node = node->getNextSibling();
+  } while (node != nullptr && !IsElement(node));
+  return node;
+}
+
+// The value element of the first pair with that key.
+const DOMNode* FindPair(const DOMElement* root, const XMLCh* key, const XMLCh* nameTag, const XMLCh* valueTag) {
+  for (const DOMNode* name = NextNamed(root, root, nameTag); name != nullptr; name = NextNamed(name, root, nameTag)) {
+    if (!XMLString::equals(GetFirstTextValue(name), key)) continue;
+    const DOMNode* const value = NextSiblingElement(name);
+    if (value != nullptr && XMLString::equals(value->getNodeName(), valueTag)) return value;
+  }
+  return nullptr;
+}
+
+// Each kind of error has a line of its own: reports tell them apart by it, whatever is edited here.
+template <class Exception>
+[[noreturn]] void Raise(const NQ_TString& message, unsigned line) {
+  nq::Throw(Exception(message), __builtin_FILE(), line);
+}
+
+xercesc::DOMDocument* Parse(const NQ_TString& file, const TNameLimits& limits, TMemory& memory) {
+  xercesc::HandlerBase handler;  // throws fatal errors; the others are counted
+  TBoundedParser parser(limits, memory);
+  parser.setErrorHandler(&handler);
+  parser.setDoSchema(false);
+  parser.setDoNamespaces(false);
+  parser.ParseFile(file);
+  if (const auto errors = static_cast<int>(parser.getErrorCount()); errors != 0)
+    nq::Throw(NQ_EException(NQ_TString::Format("%d parser errors", errors)));
+  return parser.adoptDocument();
+}
+
+}  // namespace
+
+TXMLPlatform::TXMLPlatform() { xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); }
+
+TXMLPlatform::~TXMLPlatform() { xercesc::XMLPlatformUtils::Terminate(); }
+
+xercesc::DOMDocument* LoadXMLDocument(const NQ_TURL& url, const TNameLimits& limits) {
+  const NQ_TString file = NQ_TFileInfo(url, false).LocalName();
+  std::unique_ptr<TMemory, TFreeAll> memory(&TMemory::Make());  // outside: what the parser throws has its text there
+  try {
+    xercesc::DOMDocument* const document = Parse(file, limits, *memory);
+    memory.release()->LeaveToDocument();
+    return document;
+  } catch (...) {
+    RaiseAsFrameworkError(file);
+  }
+}
+
+void RaiseAsFrameworkError(const NQ_TString& file) {
+  try {
+    throw;
+  } catch (const xercesc::OutOfMemoryException& error) {
+    Raise<NQ_EOutOfMemory>(error.getMessage(), 54);
+  } catch (const xercesc::XMLException& error) {
+    Raise<NQ_EException>(NQ_TString::Format("XML exception at line %d in file %s:%s", int(error.getSrcLine()),
+                                            file.c_str(), NQ_TString(error.getMessage()).c_str()),
+                         59);
+  } catch (const xercesc::SAXParseException& error) {
+    Raise<NQ_EException>(NQ_TString::Format("The XML file '%s' is not well-formed: error at line %d column %d:%s",
+                                            file.c_str(), int(error.getLineNumber()), int(error.getColumnNumber()),
+                                            NQ_TString(error.getMessage()).c_str()),
+                         64);
+  } catch (const xercesc::SAXException& error) {
+    Raise<NQ_EException>(error.getMessage(), 69);
+  } catch (const xercesc::DOMException& error) {
+    Raise<NQ_EException>(error.getMessage(), 74);
+  }
+}
+
+bool LookupXMLValue(const DOMElement* root, const NQ_TString& key, NQ_TString& value) {
+  const XMLCh* const text = FindXMLValue(root, key.WideText(), true, u"name", u"value");
+  value = NQ_TString(text);
+  return text != nullptr;
+}
+
+const XMLCh* FindXMLValue(const DOMElement* root, const XMLCh* key, bool fallback, const XMLCh* nameTag,
+                          const XMLCh* valueTag) {
+  if (nameTag != nullptr && valueTag != nullptr) {
+    const XMLCh* const text = GetFirstTextValue(FindPair(root, key, nameTag, valueTag));
+    if (text != nullptr) return text;
+  }
+  return fallback ? GetFirstTextValue(NextNamed(root, root, key)) : nullptr;
+}
+
+const XMLCh* GetFirstTextValue(const DOMNode* node) {
+  if (node == nullptr) return nullptr;
+  for (const DOMNode* child = node->getFirstChild(); child != nullptr; child = child->getNextSibling())
+    if (child->getNodeType() == DOMNode::TEXT_NODE) return child->getNodeValue();
+  return nullptr;
+}
+
+}  // namespace xmlvalues

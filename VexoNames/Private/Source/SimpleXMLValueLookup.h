@@ -1,0 +1,65 @@
+// Values from small XML files.
+//
+// A file answers one kind of question: what is the value of a key? It says so in one of two ways, the first of which
+// wins; the root element itself is never asked:
+//
+//   <param><name>Customer</name><value>ACME</value></param>     Customer is ACME
+//   <Customer>ACME</Customer>                                   so here
+//
+// An element's text is its first text child, white space included; CDATA sections do not count. Names are compared
+// character by character, without namespaces.
+//
+// Files are untrusted: nothing outside the file is read (no external entity, no network), only plain files are opened,
+// and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails to load, as one with a fault does.
+//
+// Threads: any, each with documents of its own. A TXMLPlatform must exist before the first load and until the last
+// document is released.
+#pragma once
+
+#include <xercesc/dom/DOM.hpp>
+
+#include <memory>
+
+#include "TNameLimits.h"
+
+class NQ_TString;
+class NQ_TURL;
+
+namespace xmlvalues {
+
+/// Starts the XML library and stops it again.
+class TXMLPlatform {
+ public:
+  TXMLPlatform();
+  ~TXMLPlatform();
+  TXMLPlatform(const TXMLPlatform&) = delete;
+  TXMLPlatform& operator=(const TXMLPlatform&) = delete;
+};
+
+/// Reads the file that the URL names. The document is the caller's, who releases it. Throws NQ_EException with a
+/// message that names the file and the place in it, and NQ_EOutOfMemory.
+xercesc::DOMDocument* LoadXMLDocument(const NQ_TURL& url, const TNameLimits& limits = {});
+
+/// Releases a document.
+struct TRelease {
+  void operator()(xercesc::DOMDocument* document) const { document->release(); }
+};
+using TDocument = std::unique_ptr<xercesc::DOMDocument, TRelease>;
+
+/// Stores the key's value; false, and an empty value, when the document has none.
+bool LookupXMLValue(const xercesc::DOMElement* root, const NQ_TString& key, NQ_TString& value);
+
+/// The text of the first valueTag that follows a nameTag whose text is the key. Else, when asked to fall back, or
+/// when such a valueTag is empty, the text of the first element whose name is the key. Null when there is none; it
+/// lives as long as the document. Without a tag (null) only the fallback is left.
+const XMLCh* FindXMLValue(const xercesc::DOMElement* root, const XMLCh* key, bool fallback, const XMLCh* nameTag,
+                          const XMLCh* valueTag);
+
+/// The node's first text child; null when it has none, and for null.
+const XMLCh* GetFirstTextValue(const xercesc::DOMNode* node);
+
+/// To be called while an exception of the XML library is caught: throws it as the framework's, with the file's name.
+/// Other exceptions go on as they are.
+[[noreturn]] void RaiseAsFrameworkError(const NQ_TString& file);
+
+}  // namespace xmlvalues
