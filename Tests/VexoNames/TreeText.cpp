@@ -33,7 +33,7 @@ class TReader {
     if (Take("{")) return Members(NQ_TTree());
     if (Take("[")) return Elements();
     if (!Take("\"")) return Scalar(Until(",}]"));
-    const NQ_TString text(Until("\""));
+    NQ_TString text(Until("\""));
     Take("\"");
     return text;
   }

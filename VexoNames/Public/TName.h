@@ -13,7 +13,7 @@
 //
 // Threads: every operation may be called from any thread. Each locks the registry for its whole run, a resolution for
 // the whole template; handlers run with the lock held, on the resolving thread, and may call back into the same TName.
-// Only the debug level is read and set without the lock, and a translator is called without it.
+// Only the debug level and the proxy provider are read and set without the lock, and a translator is called without it.
 //
 // Failures: an operation on one name throws NQ_ENoSuchKey with the name when it is not defined; nothing is changed.
 // Define, UnDefine and IsDefined throw nothing. Nothing is stored when an operation throws.
@@ -40,6 +40,9 @@
 #include "TNameLookupHandler.h"
 #include "TNameTranslator.h"
 #include "TNameWarnLookupHandler.h"
+
+class CFS_TProxy;
+class TNameProxyProvider;
 
 namespace templatenames {
 class TEntry;
@@ -110,7 +113,6 @@ class NQ_EXPORT TName {
   int GetDebugLevel() const;
   void SetLimits(const TNameLimits& limits);
   TNameLimits GetLimits() const;
-  NQ_TString GetDefaultLocalizationFile() const;
 
   // ---- Registry.cpp: names, values and attributes
 
@@ -160,24 +162,12 @@ class NQ_EXPORT TName {
   const NQ_TString& GetVisibility(const NQ_TString& key) const;
   void SetLocalization(const NQ_TString& key, const NQ_TString& value);
   const NQ_TString& GetLocalization(const NQ_TString& key) const;
-  const NQ_TString& GetLocalizationFile(const NQ_TString& key) const;
   /// A printf format, used when the token gives none; what it may hold stands with the type handlers.
   void SetFormat(const NQ_TString& key, const NQ_TString& value);
   /// Stage specifications, used when the token gives none.
   void SetElemValue(const NQ_TString& key, const NQ_TString& value);
   void SetExtractValue(const NQ_TString& key, const NQ_TString& value);
   void SetRegExValue(const NQ_TString& key, const NQ_TString& value);
-
-  /// Records a query to a service: host (a template), server ("#" and a port, or a service name), method, parameters.
-  void SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method, NQ_TDict params);
-
-  // ---- DefinitionRecords.cpp: names from trees
-
-  /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
-  /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
-  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
-  /// tells why.
-  bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
 
   // ---- Formatting.cpp: what is done to a text last
 
@@ -237,6 +227,50 @@ class NQ_EXPORT TName {
   /// Resolves one token, given without its markers.
   bool ResolveTokenEx(const NQ_TString& tokenText, NQ_TString& result);
 
+  // ---- ServerQuery.cpp: values from services
+
+  /// Records a query: host (a template), server ("#" and a port, or the name of a service), method, parameters. The
+  /// lookup kinds for services carry it out when the name is resolved, unless it has a value; the registry stays locked
+  /// meanwhile. When the service gives no reply the token fails.
+  void SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method, NQ_TDict params);
+  /// One request, {"M": method} with the parameters beside it. False, with the result unchanged, when there is no
+  /// reply; what was thrown is in the log at level 1. Throws nothing. Does not lock the registry.
+  bool DoQueryRPC(const NQ_TString& host, const NQ_TString& server, const NQ_TString& method, const NQ_TDict& params,
+                  NQ_TAny& result);
+  /// Drops the reply that a cached query keeps, of one name or of all. Values that were set stay.
+  void ClearCache(const NQ_TString& key);
+  void ClearCaches();
+  /// Where queries get their clients; empty for a client per query, as at the start. Takes no lock: call it before
+  /// anything is resolved.
+  void SetTNameProxyProvider(std::shared_ptr<TNameProxyProvider> provider);
+
+  // ---- DefinitionRecords.cpp: names from trees
+
+  /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
+  /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
+  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
+  /// tells why.
+  bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+
+  // ---- ConfigurationDefinitions.cpp: names from the configuration server
+
+  /// Defines what the configuration server holds for a name set: the names of one scope, or of all with "*"; of one
+  /// scope only the given name unless that is "*". False when something could not be read or defined; what was defined
+  /// before that stays. Several resources may hold the same name: with "*" the first one counts, and the others are
+  /// said on standard output; a name that is asked for alone gives false then. Throws nothing. Reads without locking
+  /// the registry.
+  bool Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
+              const NQ_TString& name, bool userDefined);
+  /// The same from the server "CFS" on the host that the environment variable NQ_SERVER names; the local one when it is
+  /// not set.
+  bool Define(const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope, const NQ_TString& name,
+              bool userDefined);
+  /// Where the texts of names are.
+  NQ_TString GetDefaultLocalizationFile() const;
+  const NQ_TString& GetLocalizationFile(const NQ_TString& key) const;
+  /// The files of all names, each once, in the order in which names use them first.
+  NQ_TList GetLocalizationFiles() const;
+
  private:
   class TRun;
   class TQuiet;
@@ -247,6 +281,7 @@ class NQ_EXPORT TName {
     std::int64_t tokens = 0;
     std::int64_t characters = 0;
     int regexErrors = 0;  // searches that ran into a limit
+    int queries = 0;      // as many may still be made
   };
 
   // Registry.cpp
@@ -254,15 +289,9 @@ class NQ_EXPORT TName {
   const NQ_TString& GetStringAttribute(const NQ_TString& key, const NQ_TString& attribute) const;
   void SetStringAttribute(std::string_view operation, std::string_view label, const NQ_TString& key,
                           const NQ_TString& attribute, const NQ_TString& value);
-  void SetLocalizationFile(const NQ_TString& key, const NQ_TString& value);
   void StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types);
   void DefineLookup(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
   int Count(const NQ_TString& key, int step);
-
-  // DefinitionRecords.cpp
-  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
-  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
-  bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
 
   // Formatting.cpp
   bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);
@@ -287,6 +316,7 @@ class NQ_EXPORT TName {
   // ValueProduction.cpp
   templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
   const char* ExceededLimit() const;
+  static bool TakesStoredValue(TLookupFunction lookup);
   bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
   bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry,
                         const templatenames::TEntrySlots& slots, NQ_TString& out, int& count);
@@ -323,6 +353,24 @@ class NQ_EXPORT TName {
   static bool TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
                                 NQ_TDict* entry, TName* names, NQ_TString& result);
 
+  // ServerQuery.cpp
+  static bool ServerQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  static bool ServerQueryHandlerNoCache(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
+  bool Query(const NQ_TString& key, const NQ_TDict& entry, NQ_TAny& value);
+  void ResolveParameters(NQ_TDict& params);
+  void ResolveDependencies(const NQ_TString& key, NQ_TDict& params);
+
+  // DefinitionRecords.cpp
+  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
+  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
+
+  // ConfigurationDefinitions.cpp
+  bool DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined);
+  bool DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined);
+  void SetDefaultLocalizationFile(const NQ_TString& file);
+  void SetLocalizationFile(const NQ_TString& key, const NQ_TString& file);
+
   mutable NQ_TMutex lock_;
   std::atomic<int> debugLevel_{0};
   std::unique_ptr<templatenames::TNameStore> names_;
@@ -336,4 +384,5 @@ class NQ_EXPORT TName {
   NQ_TString defaultLocalizationFile_;
   TNameLimits limits_;
   TBudget budget_;
+  std::shared_ptr<TNameProxyProvider> proxyProvider_;
 };

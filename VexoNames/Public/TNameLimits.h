@@ -15,6 +15,9 @@ struct TNameLimits {
   std::int64_t tokens = 10'000'000;
   /// Characters (UTF-16 units) that values add per public call, those of values that were cut included.
   std::int64_t characters = std::int64_t{512} * 1024 * 1024;
+  /// Requests to services per public call. A reply may hold tokens that ask again; 10,000 is more than the names of any
+  /// template ask for, and at a millisecond each takes ten seconds.
+  int queries = 10'000;
   /// Steps that the regular-expression matcher may take from one starting position in a value (from each of fewer, the
   /// longer the value is), and how deep it may recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;

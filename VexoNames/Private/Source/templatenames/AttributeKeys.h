@@ -31,6 +31,9 @@ struct TAttributeKeys {
   const NQ_TString server{u"Server"};
   const NQ_TString method{u"Method"};
   const NQ_TString params{u"Params"};
+  const NQ_TString cacheFilled{u"CacheFilled"};
+  const NQ_TString dependencies{u"Dependencies"};  // of the parameters
+  const NQ_TString callMethod{u"M"};               // of a request
 
   // Of definition records only.
   const NQ_TString urlValue{u"Value:"};
@@ -39,7 +42,6 @@ struct TAttributeKeys {
   const NQ_TString p3{u"P3"};
   const NQ_TString p4{u"P4"};
   const NQ_TString definition{u"Definition"};
-  const NQ_TString dependencies{u"Dependencies"};
   const NQ_TString cached{u"Cached"};
 };
 

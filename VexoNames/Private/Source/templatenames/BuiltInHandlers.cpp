@@ -42,7 +42,11 @@ TName::TLookupFunction TName::BuiltInLookup(TName_Lookup lookup) {
       return &SQLQueryHandler;
     case TName_LookupTime:
       return &TimeLookupHandler;
-    default:  // services are not asked yet: such a name has no lookup handler
+    case TName_LookupServerQuery:
+      return &ServerQueryHandler;
+    case TName_LookupServerQueryNoCache:
+      return &ServerQueryHandlerNoCache;
+    default:
       return nullptr;
   }
 }

@@ -272,14 +272,6 @@ void TName::SetLocalization(const NQ_TString& key, const NQ_TString& value) {
 
 const NQ_TString& TName::GetLocalization(const NQ_TString& key) const { return GetStringAttribute(key, Keys().info); }
 
-void TName::SetLocalizationFile(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetLocalizationFile", "FileName", key, Keys().localizationFile, value);
-}
-
-const NQ_TString& TName::GetLocalizationFile(const NQ_TString& key) const {
-  return GetStringAttribute(key, Keys().localizationFile);
-}
-
 void TName::SetFormat(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetFormat", "Format", key, Keys().format, value);
 }
@@ -294,15 +286,4 @@ void TName::SetExtractValue(const NQ_TString& key, const NQ_TString& value) {
 
 void TName::SetRegExValue(const NQ_TString& key, const NQ_TString& value) {
   SetStringAttribute("SetRegExValue", "Value", key, Keys().regex, value);
-}
-
-void TName::SetServerQuery(const NQ_TString& key, NQ_TString host, NQ_TString server, NQ_TString method,
-                           NQ_TDict params) {
-  if (Logs(2)) Log("TName::SetServerQuery: Key = \"", key, '"');
-  const std::lock_guard guard(lock_);
-  FindEntry(key)
-      .Add(Keys().host, std::move(host))
-      .Add(Keys().server, std::move(server))
-      .Add(Keys().method, std::move(method))
-      .Add(Keys().params, std::move(params));
 }

@@ -22,6 +22,7 @@ class TName::TRun {
       names_.budget_.tokens = names_.limits_.tokens;
       names_.budget_.characters = names_.limits_.characters;
       names_.budget_.regexErrors = 0;
+      names_.budget_.queries = names_.limits_.queries;
     }
   }
   TRun(const TRun&) = delete;

@@ -41,11 +41,6 @@ TNameLimits TName::GetLimits() const {
   return limits_;
 }
 
-NQ_TString TName::GetDefaultLocalizationFile() const {
-  const std::lock_guard guard(lock_);
-  return defaultLocalizationFile_;
-}
-
 TNameLookupHandler::~TNameLookupHandler() = default;
 TNameWarnLookupHandler::~TNameWarnLookupHandler() = default;
 TNameTranslator::~TNameTranslator() = default;

@@ -105,6 +105,11 @@ const char* TName::ExceededLimit() const {
   return nullptr;
 }
 
+// Whether a lookup gives the stored value when there is one. Queries do: it is the reply that was kept.
+bool TName::TakesStoredValue(TLookupFunction lookup) {
+  return lookup == &LookupHandler || lookup == &ServerQueryHandler || lookup == &ServerQueryHandlerNoCache;
+}
+
 // Appends the value of a token whose name has a stored value and the library's own handlers. False, with nothing
 // changed, when it is anything else.
 bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
@@ -116,7 +121,7 @@ bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
   if (entry == nullptr) return false;
   const TEntrySlots& slots = entry->Slots();
   if (slots.value == nullptr || slots.lookupHandler2 != nullptr || slots.formattingOptions != nullptr ||
-      LookupFunctionIn(slots.lookupHandler) != &LookupHandler) {
+      !TakesStoredValue(LookupFunctionIn(slots.lookupHandler))) {
     return false;
   }
   const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
