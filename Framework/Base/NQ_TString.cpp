@@ -68,8 +68,9 @@ void NQ_TString::Destroy(TText* text) noexcept {
 
 void NQ_TString::ForgetDerived(TText* text) noexcept {
   text->hash.store(0, std::memory_order_relaxed);
+  if (text->narrow.load(std::memory_order_relaxed) == nullptr) return;  // an exchange would take longer than the rest
   TNarrow* const stale = text->narrow.exchange(nullptr, std::memory_order_acq_rel);
-  if (stale != nullptr) std::free(text->spare.exchange(stale, std::memory_order_acq_rel));
+  std::free(text->spare.exchange(stale, std::memory_order_acq_rel));
 }
 
 // The UTF-8 form of a text, not yet shown to anybody.
