@@ -5,6 +5,10 @@
 #include <thread>
 
 #include "Support.h"
+#include "formatting/DateTime.h"
+#include "formatting/FormatNumber.h"
+#include "formatting/FormatText.h"
+#include "formatting/OptionsText.h"
 
 namespace names_test {
 namespace {
@@ -96,6 +100,59 @@ TEST(Threads, OneRegistryEach) {
           Resolved(names, "<<A elem=\"_,1\"/>>/<<N format=\"%03d\"/>>/<<A regex=\"" + pattern + "\"/>>");
       watch.Expect(got == number + "/00" + number + "/v", got);
       watch.Expect(Resolved(names, "<T format=\"%Y\"/>").size() == 4, "time");
+    }
+  });
+}
+
+// All formatters at once: through names of one registry, and with the same options by themselves.
+TEST(Threads, FormatEverything) {
+  using TFormat = bool (*)(const NQ_TDict& options, NQ_TString& value);
+  constexpr TFormat kText = &templatenames::FormatText;
+  constexpr TFormat kNumber = [](const NQ_TDict& o, NQ_TString& v) { return templatenames::FormatNumber(0, o, v); };
+  constexpr TFormat kDate = [](const NQ_TDict& o, NQ_TString& v) {
+    return templatenames::FormatDateTimeValue(0, o, v);
+  };
+  const std::string iso = "DataFormat=DATETIME|InputDateTimeFormat=ISO8601|";
+  const struct {
+    TFormat format;
+    std::string options, value, formatted;
+  } rows[] = {
+      {kText, "DataFormat=TEXT|Encoding=XML|RemoveSpaces=true", " a<b ", "a&lt;b"},
+      {kText, "DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE", "smb://h:1/\u00E9 x", "SMB://H:1/%C3%89%20X"},
+      {kText, "DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding= >_,&>and,and>et", "a & b", "a_et_b"},
+      {kText, "DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short", "a", "a short text"},
+      {kNumber, "DataFormat=NUMBER|Decimals=2|ThousandsSeparator='", "1234567.891", "1'234'567.89"},
+      {kNumber, "DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm", "2.0",
+       "50.8"},
+      {kNumber, "DataFormat=NUMBER|Decimals=0", "1e3", "1000"},
+      {kDate, iso + "DateTimeFormat=ISO8601|TimeZone=Asia/Kolkata", "2020-10-05T14:03Z",
+       "2020-10-05T19:33:00.00+05:30"},
+      {kDate, iso + "CustomDateTimeFormat=d MMMM yyyy|Language=de_DE", "2021-03-05", "5 M\u00E4rz 2021"},
+      {kDate, iso + "CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|TimeZone=Europe/Paris", "2021-07-05T10:00Z",
+       "lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe centrale"},
+      {kDate, "DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX",
+       "3 f\u00E9vr. 70", "2851200000"},
+  };
+  Names names("text plain = p");
+  std::vector<NQ_TDict> options;
+  std::string text, expected;
+  for (const auto& row : rows) {
+    const std::string name = "n" + std::to_string(options.size());
+    Do(names, "text " + name + " = " + row.value);
+    options.push_back(formatting_test::Options(row.options));
+    names.SetFormattingOptions(S(name), options.back());
+    text += "<" + name + "/>|<plain/>|";
+    expected += row.formatted + "|p|";
+  }
+  Watch watch;
+  OnThreads([&](int thread) {
+    for (int i = 0; i < Scaled(2000); ++i) {
+      const std::size_t number = std::size_t(thread + i) % std::size(rows);
+      NQ_TString value = S(rows[number].value);
+      watch.Expect(rows[number].format(options[number], value) && Text(value) == rows[number].formatted, Text(value));
+      if (i % 10 != 0) continue;
+      const std::string resolved = Resolved(names, text);
+      watch.Expect(resolved == expected, resolved);
     }
   });
 }

@@ -295,6 +295,7 @@ class NQ_EXPORT TName {
 
   // Formatting.cpp
   bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);
+  bool AppendFormatted(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
 
   // Translation.cpp
   bool TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const;
@@ -318,6 +319,7 @@ class NQ_EXPORT TName {
   const char* ExceededLimit() const;
   static bool TakesStoredValue(TLookupFunction lookup);
   bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
+  bool AppendUnformatted(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
   bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry,
                         const templatenames::TEntrySlots& slots, NQ_TString& out, int& count);
   bool AppendStages(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,

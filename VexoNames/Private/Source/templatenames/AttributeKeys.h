@@ -18,7 +18,6 @@ struct TAttributeKeys {
   const NQ_TString extract{u"Extract"};
   const NQ_TString regex{u"RegEx"};
   const NQ_TString formattingOptions{u"FormattingOptions"};
-  const NQ_TString dataFormat{u"DataFormat"};  // of the formatting options
   const NQ_TString info{u"Info"};
   const NQ_TString localizationFile{u"LocalizationFile"};
   const NQ_TString description{u"Description"};

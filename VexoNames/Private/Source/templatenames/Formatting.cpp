@@ -1,23 +1,38 @@
 // TName: what is done to the text of a value last, by the options of its name.
+#include <algorithm>
+#include <array>
+#include <string_view>
+
 #include "AttributeKeys.h"
 #include "Entry.h"
+#include "NameStore.h"
 #include "TName.h"
 #include "formatting/DateTime.h"
 #include "formatting/FormatNumber.h"
 #include "formatting/FormatText.h"
-#include "formatting/Options.h"
+#include "formatting/OptionPlaces.h"
 #include "text/Log.h"
 
 using templatenames::Keys;
 using templatenames::Log;
 using templatenames::TEntry;
+using templatenames::TOptionPlaces;
+using templatenames::TToken;
 
 namespace {
 
 using TFormatter = bool (*)(int debugLevel, const NQ_TDict& options, NQ_TString& value);
 
+struct TFormatKey {
+  enum TKey : std::size_t { kDataFormat, kCount };
+  static const std::array<NQ_TString, kCount>& All() {
+    static const auto* const keys = new std::array<NQ_TString, kCount>{NQ_TString(u"DataFormat")};
+    return *keys;
+  }
+};
+
 struct TDataFormat {
-  const char16_t* word;
+  std::u16string_view word;
   TFormatter formatter;
 };
 
@@ -29,6 +44,19 @@ constexpr TDataFormat kDataFormats[] = {
     {u"DATETIME", &templatenames::FormatDateTimeValue},
 };
 
+void Format(const NQ_TAny* attribute, int debugLevel, NQ_TString& value) {
+  const auto* const options = attribute == nullptr ? nullptr : attribute->As<NQ_TDict>();
+  if (value.Empty() || options == nullptr || options->IsEmpty()) return;
+  const NQ_TString& word = TOptionPlaces<TFormatKey>::In(*options).Text(TFormatKey::kDataFormat);
+  for (const TDataFormat& format : kDataFormats) {
+    if (word.Equals(format.word)) {
+      format.formatter(debugLevel, *options, value);
+      return;
+    }
+  }
+  Log("Unsupported DataFormat ", word);
+}
+
 }  // namespace
 
 void TName::SetFormattingOptions(const NQ_TString& key, const NQ_TDict& options) {
@@ -39,14 +67,20 @@ void TName::SetFormattingOptions(const NQ_TString& key, const NQ_TDict& options)
 // A formatter that fails leaves the value as it was, and the token succeeds all the same.
 bool TName::ApplyFormattingOptions(const NQ_TString& key, TEntry& entry, NQ_TString& value) {
   if (Logs(2)) Log("TName::ApplyFormattingOptions: key = \"", key, '"');
-  const NQ_TAny* const attribute = entry.Slots().formattingOptions;
-  if (value.Empty() || attribute == nullptr) return true;
-  const auto* const options = attribute->As<NQ_TDict>();
-  if (options == nullptr || options->IsEmpty()) return true;
-  const NQ_TString& word = templatenames::TextOption(*options, Keys().dataFormat);
-  for (const TDataFormat& format : kDataFormats) {
-    if (word == format.word) return format.formatter(GetDebugLevel(), *options, value), true;
-  }
-  Log("Unsupported DataFormat ", word);
+  Format(entry.Slots().formattingOptions, GetDebugLevel(), value);
+  return true;
+}
+
+// Appends the formatted value of a name with options; false, with nothing changed, when it is more than a stored text
+// or number.
+bool TName::AppendFormatted(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
+  const auto* const text = std::as_const(*entry.Slots().value).As<NQ_TString>();
+  if (text != nullptr && !entry.ValueIsPlain(*text)) return false;  // the names in it may need the same string
+  NQ_TString& value = names_->EmptyText();
+  const std::int64_t before = budget_.characters;
+  if (!AppendUnformatted(token, entry, value, count)) return false;
+  Format(entry.Slots().formattingOptions, GetDebugLevel(), value);
+  budget_.characters = std::min(budget_.characters, before - value.Length());
+  AppendFree(value.StringView(), out);
   return true;
 }

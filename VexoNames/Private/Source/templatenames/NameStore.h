@@ -30,6 +30,13 @@ class TNameStore {
 
   TKeptTemplates& Templates() { return templates_; }
   TKeptTokens& Tokens() { return tokens_; }
+  /// An empty string, for a text on its way to the result; it keeps its memory for the next one.
+  NQ_TString& EmptyText() {
+    constexpr unsigned int kLong = 4096;  // units: what holds so much memory is dropped
+    if (text_.Length() > kLong) text_ = NQ_TString();
+    text_.Clear();
+    return text_;
+  }
 
   /// Keeps an entry alive; pins nest.
   static void Pin(TEntry& entry) { ++entry.pins_; }
@@ -42,6 +49,7 @@ class TNameStore {
   std::uint64_t version_ = 1;
   TKeptTemplates templates_;
   TKeptTokens tokens_;
+  NQ_TString text_;
   std::vector<NQ_TAny> removed_;  // entries that were pinned when they were removed
 };
 

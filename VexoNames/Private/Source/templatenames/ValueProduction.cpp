@@ -120,12 +120,18 @@ bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
   TEntry* const entry = FindEntry(token);
   if (entry == nullptr) return false;
   const TEntrySlots& slots = entry->Slots();
-  if (slots.value == nullptr || slots.lookupHandler2 != nullptr || slots.formattingOptions != nullptr ||
+  if (slots.value == nullptr || slots.lookupHandler2 != nullptr ||
       !TakesStoredValue(LookupFunctionIn(slots.lookupHandler))) {
     return false;
   }
+  return slots.formattingOptions == nullptr ? AppendUnformatted(token, *entry, out, count)
+                                            : AppendFormatted(token, *entry, out, count);
+}
+
+bool TName::AppendUnformatted(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
+  const TEntrySlots& slots = entry.Slots();
   const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
-  if (toText == &StringTypeHandler) return AppendStoredText(token, *entry, slots, out, count);
+  if (toText == &StringTypeHandler) return AppendStoredText(token, entry, slots, out, count);
   return toText == &IntegerTypeHandler && !HasStages(token, slots) && AppendStoredNumber(token, slots, out);
 }
 
