@@ -62,6 +62,8 @@ TEST(FormatText, Values) {
       {"Encoding=CUSTOM|CustomEncoding=>x,b>", "ab", "a"},
       {"Encoding=CUSTOM|CustomEncoding=a>x,a>y,x>z", "aa", "zz"},
       {"Encoding=CUSTOM|CustomEncoding=\u00E9>e,e>a longer text,t>T", "\u00E9", "a longer TexT"},
+      {"Encoding=CUSTOM|CustomEncoding=\u00E4>ae,\u00DF>ss,\u20AC>\u00A4,\u00A4>EUR, >_", "\u00E4\u00DF \u20AC\u00F6",
+       "aess_EUR\u00F6"},
       {"Encoding=CUSTOM", "ab", "ab"},
   };
   for (const auto& row : cases) {
@@ -114,6 +116,52 @@ TEST(FormatText, BrokenPairsThrow) {
   }
 }
 
+// A list may change in place, or through a pointer from before; another list may take the place of one.
+TEST(FormatText, PairsAreReadAnew) {
+  NQ_TDict options = Options("Encoding=CUSTOM|CustomEncoding=a>b,c>d");
+  EXPECT_EQ(Formatted(options, "ac"), "bd");
+  EXPECT_EQ(Formatted(options, "ac"), "bd");
+  NQ_TArray& pairs = *options["CustomEncoding"].As<NQ_TArray>();
+  NQ_TDict& pair = *pairs.At(0)->As<NQ_TDict>();
+  for (const char* replace : {"x", "y", "z"}) {
+    pair["Replace"] = replace;
+    EXPECT_EQ(Formatted(options, "ac"), replace + "d"s);
+  }
+  pairs.Add(*Pairs("z>q").At(0));
+  EXPECT_EQ(Formatted(options, "ac"), "qd");
+  const NQ_TDict copy = options;
+  EXPECT_EQ(Formatted(copy, "ac"), "qd");
+  *pair["Replace"].As<NQ_TString>() = "r";
+  EXPECT_EQ(Formatted(options, "ac") + Formatted(copy, "ac"), "rdqd");
+
+  for (int i = 0; i < 1'000; ++i) {
+    const std::string number = std::to_string(i);
+    EXPECT_EQ(Formatted(Options("Encoding=CUSTOM|CustomEncoding=a>" + number), "a"), number);
+  }
+}
+
+// A list, a pair or a text may belong to somebody else, who changes it.
+TEST(FormatText, PairsHeldByReferenceAreReadAnew) {
+  const auto referring = [](const auto& object) { return NQ_TAny(static_cast<const NQ_TObject*>(&object)); };
+  NQ_TString text;
+  NQ_TDict pair, pairWithText;
+  NQ_TArray list, listWithPair, listWithText;
+  listWithPair.Add(referring(pair));
+  pairWithText.Add("Find", NQ_TString("a"));
+  pairWithText.Add("Replace", referring(text));
+  listWithText.Add(pairWithText);
+  NQ_TDict options[3] = {Options("Encoding=CUSTOM"), Options("Encoding=CUSTOM"), Options("Encoding=CUSTOM")};
+  options[0].Add("CustomEncoding", referring(list));
+  options[1].Add("CustomEncoding", listWithPair);
+  options[2].Add("CustomEncoding", listWithText);
+  for (const char* replace : {"1", "2", "3"}) {
+    list = Pairs(std::string("a>") + replace);
+    pair = *list.At(0)->As<NQ_TDict>();
+    text = replace;
+    for (const NQ_TDict& each : options) EXPECT_EQ(Formatted(each, "a"), replace) << each;
+  }
+}
+
 // ---- limits
 
 TEST(FormatText, TextsDoNotGrowWithoutEnd) {
@@ -160,6 +208,7 @@ class TRandomTexts : public ::testing::Test {
   std::size_t Below(std::size_t end) { return random_() % end; }
   std::u16string Some(std::u16string_view units, std::size_t most) {
     std::u16string some;
+    if (units.empty()) return some;
     for (std::size_t n = Below(most + 1); n > 0; --n) some += units[Below(units.size())];
     return some;
   }
@@ -187,19 +236,28 @@ TEST_F(TRandomTexts, XmlIsFiveReplacements) {
 }
 
 TEST_F(TRandomTexts, CustomIsOneReplacementAfterTheOther) {
-  constexpr std::u16string_view kUnits = u"aaabbbbc\u00E9\xD83D";
+  // Of what texts, what is found in them and what is put in consist; and how many pairs there are.
+  struct {
+    std::u16string texts, finds, replaces;
+    std::size_t longestFind, longestReplace, pairs;
+  } kinds[] = {
+      {u"aaabbc\u00E9\xD83D", u"aaabbc\u00E9\xD83D", u"aaabbc\u00E9\xD83D", 2, 3, 6},
+      {u"aaabbc", u"abc", u"abd", 1, 300, 6},
+      {u"aaaaaaab", u"", u"ab", 0, 3, 6},  // finds parts of the text
+      {u"", u"", u"\u0400\u0401", 1, 2, 150},
+  };
+  for (char16_t c = u'!'; c < u'\u0200'; ++c) kinds[3].texts += c;
+  kinds[3].finds = kinds[3].texts + kinds[3].replaces;
   for (int i = 0; i < kTexts; ++i) {
-    const bool longFinds = i % 4 == 0;
-    const std::u16string text = Some(longFinds ? u"aaaaaaab" : kUnits, i % 50 == 0 ? 3'000 : 40);
+    const auto& kind = kinds[i % 50 == 3 ? 3 : i % 3];
+    const std::u16string text = Some(kind.texts, i % 50 == 0 ? 3'000 : 40);
     NQ_TString expected(text);
     NQ_TArray pairs;
-    for (std::size_t n = Below(6); n > 0; --n) {
-      if (expected.Length() > 100'000) break;
-      // A long text is there to be found only when it is taken from the value.
-      const NQ_TString find = longFinds && !expected.Empty()
-                                  ? expected.Substring(static_cast<int>(Below(expected.Length())), 17 + int(Below(20)))
-                                  : NQ_TString(Some(kUnits, 2));
-      const NQ_TString replace(Some(kUnits, i % 5 == 0 ? 300 : 3));
+    for (std::size_t n = kind.pairs == 6 ? Below(7) : kind.pairs; n > 0 && expected.Length() < 100'000; --n) {
+      NQ_TString find(Some(kind.finds, kind.longestFind));
+      if (kind.finds.empty() && !expected.Empty())
+        find = expected.Substring(static_cast<int>(Below(expected.Length())), static_cast<int>(17 + Below(20)));
+      const NQ_TString replace(Some(kind.replaces, kind.longestReplace));
       expected = expected.Replace(find, replace);
       NQ_TDict pair;
       pair["Find"] = find;

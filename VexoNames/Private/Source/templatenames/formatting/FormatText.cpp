@@ -4,11 +4,10 @@
 #include <cstddef>
 #include <string_view>
 
-#include "NQ_EException.h"
 #include "NQ_TArray.h"
 #include "formatting/EncodeUrl.h"
 #include "formatting/OptionPlaces.h"
-#include "formatting/ReplaceText.h"
+#include "formatting/ReplacePairs.h"
 #include "formatting/Substitutions.h"
 
 namespace templatenames {
@@ -24,17 +23,7 @@ struct TTextKeys {
   }
 };
 
-// Of an element of CustomEncoding.
-struct TPairKeys {
-  enum TKey : std::size_t { kFind, kReplace, kCount };
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys = new std::array<NQ_TString, kCount>{NQ_TString(u"Find"), NQ_TString(u"Replace")};
-    return *keys;
-  }
-};
-
 using TTextPlaces = TOptionPlaces<TTextKeys>;
-using TPairPlaces = TOptionPlaces<TPairKeys>;
 
 // ---- ends and case
 
@@ -52,55 +41,14 @@ void Transform(const NQ_TString& word, NQ_TString& value) {
 
 // ---- encodings
 
-struct TPair {
-  std::u16string_view find;
-  std::u16string_view replace;
-};
-
-// Says what an element lacks.
-[[noreturn]] void ThrowFor(const NQ_TAny& element) {
-  const auto* const pair = element.As<NQ_TDict>();
-  if (pair == nullptr) nq::Throw(NQ_EException("An element of CustomEncoding is no dictionary", element));
-  const NQ_TString& find = TPairKeys::All()[TPairKeys::kFind];
-  const NQ_TString& wanted = pair->Get<NQ_TString>(find) == nullptr ? find : TPairKeys::All()[TPairKeys::kReplace];
-  nq::Throw(NQ_EException("This value in an element of CustomEncoding is no text", pair->At(wanted)));
-}
-
-TPair PairIn(const NQ_TAny& element) {
-  if (const auto* const pair = element.As<NQ_TDict>()) {
-    const TPairPlaces& places = TPairPlaces::In(*pair);
-    const auto* const find = places.Get<NQ_TString>(TPairKeys::kFind);
-    const auto* const replace = places.Get<NQ_TString>(TPairKeys::kReplace);
-    if (find != nullptr && replace != nullptr) return {find->StringView(), replace->StringView()};
-  }
-  ThrowFor(element);
-}
-
-// Most lists replace single characters by texts without characters of later pairs: those pairs are replaced together.
 bool EncodeCustom(const TTextPlaces& options, NQ_TString& value) {
   const auto* const pairs = options.Get<NQ_TArray>(TTextKeys::kCustomEncoding);
-  const unsigned int count = pairs == nullptr ? 0 : pairs->Count();
-  TSubstitutions together;
-  for (unsigned int i = 0; i < count; ++i) {
-    TPair pair;
-    try {
-      pair = PairIn(*pairs->At(i));
-    } catch (const NQ_EException&) {
-      together.Apply(value);
-      throw;
-    }
-    if (together.Add(pair.find, pair.replace)) continue;
-    if (!together.Apply(value)) return false;
-    together.Clear();
-    if (together.Add(pair.find, pair.replace)) continue;
-    if (!ReplaceText(pair.find, pair.replace, value)) return false;
-  }
-  return together.Apply(value);
+  return pairs == nullptr || ReplacePairs(*pairs, value);
 }
 
 bool EncodeXml(const TTextPlaces&, NQ_TString& value) {
   static const TSubstitutions entities = [] {
-    TSubstitutions made;
+    TSubstitutions made(u"&\"<>'");
     made.Add(u"&", u"&amp;");
     made.Add(u"\"", u"&quot;");
     made.Add(u"<", u"&lt;");

@@ -38,6 +38,8 @@ class TOptionPlaces {
     return places;
   }
 
+  /// Whether these are still the places of those options.
+  bool AreOf(const NQ_TDict& options) const { return version_ == options.KeysVersion(); }
   /// The value, or null when there is none of that class.
   template <class T>
   const T* Get(typename TKeys::TKey key) const {

@@ -45,8 +45,9 @@ class TRewriting {
   /// Gives the value its new text; false, with the value unchanged, when that is too long.
   bool Finish() {
     if (written_.Empty() && !tooLong_) {
+      const std::u16string_view collected = Collected();
       value_.Clear();
-      value_.Append(Collected());
+      collected.copy(value_.AppendUninitialized(static_cast<unsigned int>(collected.size())), collected.size());
       return true;
     }
     Flush();

@@ -4,69 +4,84 @@
 #include <cstddef>
 #include <cstring>
 
+#include "text/Find.h"
+
 namespace templatenames {
 
+TSubstitutions::TSubstitutions(std::u16string_view rare) {
+  for (const char16_t unit : rare) rare_.push_back(UnitBlock(unit));
+  for (std::size_t i = 0; i < kAscii; ++i) texts_[i] = {{static_cast<char16_t>(i)}, 1};
+}
+
 bool TSubstitutions::Add(std::u16string_view find, std::u16string_view replace) {
-  if (find.size() != 1 || find.front() >= kAscii || putIn_.Has(find.front()) || count_ == kMost) return false;
-  if (TextFor(find.front()) != nullptr) return true;  // no such character is left
-  TText& text = texts_[count_++];
-  numbers_[find.front()] = static_cast<std::uint8_t>(count_);
-  text.length = static_cast<char16_t>(std::min(replace.size(), kShort + 1));
-  text.text = replace.data();
-  text.textLength = replace.size();
-  for (std::size_t i = 0; i < replace.size(); ++i) {
-    if (i < kShort) text.units[i] = replace[i];
-    if (replace[i] < kAscii) putIn_.Add(replace[i]);
+  if (find.size() != 1 || find.front() >= kAscii || putIn_[find.front()]) return false;
+  if (replaced_[find.front()]) return true;  // no such character is left
+  TText& text = texts_[find.front()];
+  if (replace.size() <= kShort) {
+    replace.copy(text.units, kShort);
+    text.length = static_cast<char16_t>(replace.size());
+  } else {
+    text = {{static_cast<char16_t>(long_.size())}, kShort + 1};
+    long_.push_back(replace);
   }
+  replaced_.set(find.front());
+  for (const char16_t unit : replace)
+    if (unit < kAscii) putIn_.set(unit);
   return true;
 }
 
-void TSubstitutions::Clear() {
-  numbers_ = {};
-  putIn_ = {};
-  count_ = 0;
-}
-
-// The first position at which something changes, or the length.
-std::size_t TSubstitutions::FirstChange(std::u16string_view text, std::size_t from, bool others) const {
-  const auto changes = [&](char16_t unit) { return TextFor(unit) != nullptr || (others && unit >= kAscii); };
-  return static_cast<std::size_t>(std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), changes) -
-                                  text.begin());
-}
-
-// Writes what becomes of the characters up to `stop`; stops before one that becomes something longer than kShort units.
-char16_t* TSubstitutions::ApplyShort(std::u16string_view text, std::size_t& at, std::size_t stop, bool others,
-                                     char16_t* out) const {
-  for (; at < stop; ++at) {
-    const char16_t unit = text[at];
-    if (const TText* const put = TextFor(unit)) {
-      if (put->length > kShort) break;
-      std::memcpy(out, put, sizeof put->units + sizeof put->length);
-      out += put->length;
-    } else {
-      if (others && unit >= kAscii) break;
-      *out++ = unit;
-    }
+// Writes what becomes of a character; false when that takes more than copying sixteen bytes.
+inline bool TSubstitutions::PutShort(char16_t unit, bool others, char16_t*& out) const {
+  if (unit >= kAscii) {
+    if (!others) *out++ = unit;
+    return !others;
   }
-  return out;
+  const TText& put = texts_[unit];
+  const std::size_t length = put.length;
+  if (length > kShort) return false;
+  std::memcpy(out, &put, sizeof put);
+  out += length;
+  return true;
+}
+
+// Writes what becomes of the characters from `at` up to `stop`; returns the first one for which PutShort does not do.
+std::size_t TSubstitutions::PutAll(std::u16string_view text, std::size_t at, std::size_t stop, bool others,
+                                   char16_t*& out) const {
+  char16_t* end = out;  // local: for all that the compiler knows, what is written could lie anywhere
+  while (at < stop && PutShort(text[at], others, end)) ++at;
+  out = end;
+  return at;
+}
+
+// The same where most blocks have nothing to replace.
+std::size_t TSubstitutions::PutBlocks(std::u16string_view text, std::size_t at, std::size_t stop,
+                                      char16_t*& out) const {
+  char16_t* end = out;
+  while (at < stop) {
+    const std::size_t next = std::min(at + kUnitBlock, stop);
+    if (next - at == kUnitBlock && !HasUnitInBlock(&text[at], rare_)) {
+      end = std::copy_n(&text[at], kUnitBlock, end);
+      at = next;
+    }
+    while (at < next && PutShort(text[at], false, end)) ++at;
+    if (at < next) break;
+  }
+  out = end;
+  return at;
 }
 
 bool TSubstitutions::Apply(NQ_TString& value, std::size_t from, TAddOther addOther) const {
-  const bool others = addOther != nullptr;
   const std::u16string_view text = value.StringView();
-  std::size_t at = FirstChange(text, from, others);
-  if (at == text.size()) return true;
   TRewriting rewriting(value);
-  rewriting.Add(text.substr(0, at));
-  while (at < text.size() && !rewriting.TooLong()) {
-    constexpr std::size_t kTogether = 96;
-    constexpr std::size_t kRoom = kTogether * kShort + 1;
+  rewriting.Add(text.substr(0, from));
+  for (std::size_t at = from; at < text.size() && !rewriting.TooLong();) {
     const std::size_t stop = std::min(at + kTogether, text.size());
-    rewriting.Took(ApplyShort(text, at, stop, others, rewriting.Room(kRoom)));
+    char16_t* out = rewriting.Room(kTogether * kShort + 1);
+    at = rare_.empty() ? PutAll(text, at, stop, addOther != nullptr, out) : PutBlocks(text, at, stop, out);
+    rewriting.Took(out);
     if (at == stop) continue;
-    if (const TText* const put = TextFor(text[at])) {
-      rewriting.Add({put->text, put->textLength});
-      ++at;
+    if (text[at] < kAscii) {
+      rewriting.Add(long_[texts_[text[at++]].units[0]]);
     } else {
       addOther(text, at, rewriting);
     }

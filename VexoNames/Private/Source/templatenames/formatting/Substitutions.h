@@ -12,21 +12,26 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "NQ_TString.h"
 #include "formatting/Rewriting.h"
+#include "text/Find.h"
 
 namespace templatenames {
 
 class TSubstitutions {
  public:
-  /// Adds what `find` is replaced by; false, with nothing added, when `find` is not one ASCII character, is put in by
-  /// an earlier one, or when there are too many.
+  /// `rare`, if given, is all characters that will be added. It says that most of the text is free of them, and is
+  /// worth looking at in blocks; no `addOther` then.
+  explicit TSubstitutions(std::u16string_view rare = {});
+
+  /// Adds what `find` is replaced by; false, with nothing added, when `find` is not one ASCII character, or is put in
+  /// by an earlier one.
   bool Add(std::u16string_view find, std::u16string_view replace);
-  void Clear();
 
   /// Replaces in the value, behind its first `from` characters; false, with the value unchanged, when the result is too
   /// long (kMostRewritten). `addOther`, if given, adds what becomes of the character beyond ASCII at that position, and
@@ -36,39 +41,26 @@ class TSubstitutions {
 
  private:
   static constexpr std::size_t kAscii = 128;
-  static constexpr std::size_t kMost = 64;
+  static constexpr std::size_t kTogether = 96;  // characters for which there is room at once
 
-  // A short text is copied with all its units and its length, sixteen bytes at once.
+  // What becomes of a character. All units and the length are copied, sixteen bytes at once, whatever the length is:
+  // a branch that depends on the text costs more.
   static constexpr std::size_t kShort = 7;
   struct TText {
     char16_t units[kShort];
-    char16_t length;  // kShort + 1 when the text is longer
-    const char16_t* text;
-    std::size_t textLength;
+    char16_t length;  // kShort + 1 when the text is longer: units[0] is its place in long_
   };
+  static_assert(sizeof(TText) == 16);
 
-  // A set of ASCII characters.
-  class TSet {
-   public:
-    bool Has(char16_t unit) const { return unit < kAscii && (words_[unit / 64] >> unit % 64 & 1) != 0; }
-    void Add(char16_t ascii) { words_[ascii / 64] |= std::uint64_t{1} << ascii % 64; }
+  bool PutShort(char16_t unit, bool others, char16_t*& out) const;
+  std::size_t PutAll(std::u16string_view text, std::size_t at, std::size_t stop, bool others, char16_t*& out) const;
+  std::size_t PutBlocks(std::u16string_view text, std::size_t at, std::size_t stop, char16_t*& out) const;
 
-   private:
-    std::array<std::uint64_t, kAscii / 64> words_{};
-  };
-
-  std::size_t FirstChange(std::u16string_view text, std::size_t from, bool others) const;
-  char16_t* ApplyShort(std::u16string_view text, std::size_t& at, std::size_t stop, bool others, char16_t* out) const;
-
-  const TText* TextFor(char16_t unit) const {
-    const std::size_t number = unit < kAscii ? numbers_[unit] : 0;
-    return number == 0 ? nullptr : &texts_[number - 1];
-  }
-
-  TSet putIn_;
-  std::size_t count_ = 0;
-  std::array<std::uint8_t, kAscii> numbers_{};  // of the text for a character, from 1 on; 0: it stays
-  std::array<TText, kMost> texts_;              // the first count_ are set
+  std::array<TText, kAscii> texts_;  // at first, each character becomes itself
+  std::vector<std::u16string_view> long_;
+  std::bitset<kAscii> replaced_;
+  std::bitset<kAscii> putIn_;
+  std::vector<TUnitBlock> rare_;
 };
 
 }  // namespace templatenames

@@ -4,20 +4,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 namespace templatenames {
 
 inline constexpr std::size_t kNone = std::u16string_view::npos;
 
-/// Whether the character is among the eight units at that address. Written with the compilers' vector types: whether
-/// they turn a plain loop into vector code depends on the optimisation level.
-inline bool HasUnitInBlock(const char16_t* units, char16_t unit) {
-  using TBlock __attribute__((vector_size(16))) = std::uint16_t;
-  const TBlock wanted = {unit, unit, unit, unit, unit, unit, unit, unit};
-  TBlock block;
+/// Eight units. Written with the compilers' vector types: whether they turn a plain loop into vector code depends on
+/// the optimisation level.
+using TUnitBlock __attribute__((vector_size(16))) = std::uint16_t;
+inline constexpr std::size_t kUnitBlock = 8;
+
+inline TUnitBlock UnitBlock(char16_t unit) { return TUnitBlock{unit, unit, unit, unit, unit, unit, unit, unit}; }
+
+/// Whether one of the units at that address is that of one of the blocks, each of which holds one unit eight times.
+inline bool HasUnitInBlock(const char16_t* units, std::span<const TUnitBlock> wanted) {
+  TUnitBlock block;
   std::memcpy(&block, units, sizeof block);
-  const auto equal = block == wanted;
+  auto equal = block == wanted.front();
+  for (const TUnitBlock& other : wanted.subspan(1)) equal |= block == other;
   std::uint64_t halves[2];
   std::memcpy(halves, &equal, sizeof halves);
   return (halves[0] | halves[1]) != 0;
@@ -26,10 +32,10 @@ inline bool HasUnitInBlock(const char16_t* units, char16_t unit) {
 /// The first position at or after `from` of the character, or kNone. Looks at blocks first:
 /// std::u16string_view::find compares one unit at a time.
 inline std::size_t FindUnit(std::u16string_view text, char16_t unit, std::size_t from) {
-  constexpr std::size_t kBlock = 8;
+  const TUnitBlock wanted[] = {UnitBlock(unit)};
   const char16_t* const units = text.data();
   const std::size_t length = text.size();
-  while (from + kBlock <= length && !HasUnitInBlock(units + from, unit)) from += kBlock;
+  while (from + kUnitBlock <= length && !HasUnitInBlock(units + from, wanted)) from += kUnitBlock;
   for (; from < length; ++from)
     if (units[from] == unit) return from;
   return kNone;
