@@ -6,16 +6,15 @@
 #include <unicode/tztrans.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <memory>
 #include <random>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "NQ_EException.h"
 #include "NQ_TTime.h"
+#include "OptionsText.h"
 #include "formatting/DateTimePatterns.h"
 
 namespace templatenames {
@@ -26,7 +25,7 @@ using TLocale = icu::Locale;
 
 constexpr double kNoon = 1601899387250;  // 2020-10-05T12:03:07.25Z
 
-int Rounds(int few) { return std::getenv("VEXONAMES_SLOW_TESTS") != nullptr ? 50 * few : few; }
+int Rounds(int few) { return formatting_test::SlowTests() ? 50 * few : few; }
 
 NQ_TString Wide(const string& utf8) { return NQ_TString(std::string_view(utf8)); }
 icu::UnicodeString Icu(const string& utf8) { return icu::UnicodeString::fromUTF8(utf8); }
@@ -164,12 +163,12 @@ class TDraw {
 
 double now = kNoon;
 
-class DateTimeAgainstIcu : public testing::Test {
+class DatesAgainstIcu : public testing::Test {
  protected:
-  DateTimeAgainstIcu() {
+  DatesAgainstIcu() {
     NQ_TTime::SetClock([] { return now; });
   }
-  ~DateTimeAgainstIcu() override {
+  ~DatesAgainstIcu() override {
     NQ_TTime::SetClock(nullptr);
     UErrorCode error = U_ZERO_ERROR;
     TLocale::setDefault(locale_, error);
@@ -181,7 +180,7 @@ class DateTimeAgainstIcu : public testing::Test {
   std::unique_ptr<icu::TimeZone> zone_{icu::TimeZone::createDefault()};
 };
 
-TEST_F(DateTimeAgainstIcu, AnyPattern) {
+TEST_F(DatesAgainstIcu, AnyPattern) {
   static const char* const kDefaults[] = {"en_US", "de_DE", "fr", "ja_JP@calendar=japanese"};
   TDraw draw(4711);
   std::vector<TCase> cases;
@@ -202,7 +201,7 @@ TEST_F(DateTimeAgainstIcu, AnyPattern) {
 }
 
 // The patterns that need no ICU, and those that only just do; with every text that differs in one place.
-TEST_F(DateTimeAgainstIcu, PlainPatterns) {
+TEST_F(DatesAgainstIcu, PlainPatterns) {
   static const char* const kPatterns =
       "yyyy-MM-dd'T'HH:mm:ss.SSXXX|y/M/d H:m:s|dd.MM.yyyy, HH:mm:ss,SSS|yyyyMMddHHmmssSSS|HHmmss_yyyyMMdd|yyyyMMdd|"
       "yyyMMdd|yyMMdd|yyyyMd|yy-MM-dd|yyy-L-d|yyyy-MM-dd M|yyyy-MM|MM-dd|XXX yyyy-MM-dd|yyyy-MM-ddXXX:HH|yyyy'E'MM-dd|"
@@ -227,7 +226,7 @@ TEST_F(DateTimeAgainstIcu, PlainPatterns) {
 }
 
 // Each language has its own idea of what belongs to a number.
-TEST_F(DateTimeAgainstIcu, EveryLanguage) {
+TEST_F(DatesAgainstIcu, EveryLanguage) {
   TDraw draw(3);
   std::int32_t count = 0;
   const TLocale* const locales = TLocale::getAvailableLocales(count);
@@ -244,7 +243,7 @@ TEST_F(DateTimeAgainstIcu, EveryLanguage) {
 }
 
 // The reason why a text that is exactly one of the four ISO forms need not be tried with those before it.
-TEST_F(DateTimeAgainstIcu, AnIsoFormIsNoneOfThoseBeforeIt) {
+TEST_F(DatesAgainstIcu, AnIsoFormIsNoneOfThoseBeforeIt) {
   static const char* const kForms[] = {"yyyy-MM-dd'T'HH:mm:ss.SSXXX", "yyyy-MM-dd'T'HH:mm:ssXXX",
                                        "yyyy-MM-dd'T'HH:mmXXX", "yyyy-MM-dd"};
   static const char* const kShorter[] = {"y-M-d'T'H:m:s.SXXX", "y-M-d'T'H:m:sXXX", "y-M-d'T'H:mXXX", "y-M-d"};
@@ -262,7 +261,7 @@ TEST_F(DateTimeAgainstIcu, AnIsoFormIsNoneOfThoseBeforeIt) {
 }
 
 // Kept spans of a zone end where ICU says.
-TEST_F(DateTimeAgainstIcu, ChangesOfTheOffset) {
+TEST_F(DatesAgainstIcu, ChangesOfTheOffset) {
   TDraw draw(9);
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<icu::StringEnumeration> ids(
@@ -285,7 +284,7 @@ TEST_F(DateTimeAgainstIcu, ChangesOfTheOffset) {
 }
 
 // A calendar numbers what is set in it; after some 700 texts the numbers start anew.
-TEST_F(DateTimeAgainstIcu, ACalendarMayBeUsedOften) {
+TEST_F(DatesAgainstIcu, ACalendarMayBeUsedOften) {
   const TCase plain{"HH:mm", "Europe/Brussels", "de"}, zone{"HH:mm zzzz", "Europe/Brussels", "de"},
       week{"YYYY-'W'ww-e", "Europe/Brussels", "de"};
   TDraw draw(12);
@@ -295,21 +294,6 @@ TEST_F(DateTimeAgainstIcu, ACalendarMayBeUsedOften) {
     week.Parsed("1582-W4" + std::to_string(draw.Below(10)) + "-3");
     if (i % 20 == 0) plain.CompareText("7:3" + std::to_string(draw.Below(10)));
   }
-}
-
-TEST_F(DateTimeAgainstIcu, SeveralThreads) {
-  std::vector<std::thread> threads;
-  for (unsigned seed = 0; seed < 4; ++seed) {
-    threads.emplace_back([seed] {
-      TDraw draw(seed);
-      for (int i = 0; i < Rounds(60); ++i) {
-        const TCase c = i % 2 == 0 ? draw.Case() : TCase{"d MMMM yyyy HH:mm", draw.One(kZones), draw.One(kLanguages)};
-        c.CompareTime(draw.Time());
-        c.CompareText(draw.Text(c));
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
 }
 
 }  // namespace

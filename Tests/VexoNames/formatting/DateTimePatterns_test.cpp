@@ -57,13 +57,9 @@ TEST(DateTimePatterns, Write) {
     double time;
     string written;
   } const cases[] = {
-      {"d MMMM yyyy HH:mm", "Europe/Brussels", "de_DE", 1615000000000, "6 M\u00e4rz 2021 04:06"},
       {"dd", "Europe/Brussels\0x"s, "de\0x"s, kTime, "05"},
       {"d'\0'M"s, "", "", kTime, "5\0\x31\x30"s},
-      {"dJd", "", "", kTime, "5"},  // ICU stops at a letter that it does not know
-      {"", "", "", kTime, ""},
       {"yyyy G", "", "en", kEver, "5828963 AD"},
-      {"yyyy G", "", "en", -kEver, "5838270 BC"},
       {"d", endless, endless, kTime, "5"},
       {"d", "", "", std::numeric_limits<double>::quiet_NaN(), "! U_ILLEGAL_ARGUMENT_ERROR [nan]"},
       {tooLong, "", "", kTime, "! Date pattern is longer than 256 characters [" + tooLong + "]"},
@@ -80,21 +76,15 @@ TEST(DateTimePatterns, Write) {
 
 TEST(DateTimePatterns, Read) {
   NQ_TTime::SetClock([] { return kTime; });
-  const string spaces(5000, ' '), digits(200'000, '1'), tooLong(257, 'y');
+  const string digits(200'000, '1'), tooLong(257, 'y');
   struct {
     string pattern, zone, text, read;
   } const cases[] = {
       {"dd/MM/yyyy HH:mm", "Europe/Brussels", "29/03/2020 02:30", "2020-03-29 01:30:00.000"},  // skipped
       {"dd/MM/yyyy HH:mm", "Europe/Brussels", "25/10/2020 02:30", "2020-10-25 01:30:00.000"},  // the later of two
-      {"dd/MM/yyyy", "Europe/Brussels", "31/02/2020 and more", "2020-03-01 23:00:00.000"},
       // Where the pattern says nothing it is today, which in Kiritimati is the 6th.
-      {"HH:mm", "Europe/Brussels", "08:30", "2020-10-05 06:30:00.000"},
       {"HH:mm", "Pacific/Kiritimati", "00:30", "2020-10-05 10:30:00.000"},
       {"hh:mm", "", "01:30", "2020-10-05 13:30:00.000"},  // it is past noon
-      {"", "", "2020", "! Unparseable date: error at index -1 [2020]"},
-      {"yyyy", "", "", "! Unparseable date: error at index 0 []"},
-      {"yyyy-MM-dd", "", "2021-x", "! Unparseable date: error at index 5 [2021-x]"},
-      {"yyyy-MM-dd", "", spaces, "! Unparseable date: error at index 1024 [" + spaces + "]"},
       {"yyyy-MM-dd", "", digits, "! Unparseable date: error at index 1024 [" + digits + "]"},
       {tooLong, "", "2020", "! Date pattern is longer than 256 characters [" + tooLong + "]"},
   };

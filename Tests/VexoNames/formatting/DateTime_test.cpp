@@ -55,30 +55,21 @@ TEST(DateTime, Values) {
       {kFromIso + kToIso, "2020-10-05", "2020-10-05T00:00:00.00Z"},
       {kFromIso + "InputTimeZone=Europe/Brussels" + kToIso, "2020-10-05", "2020-10-04T22:00:00.00Z"},
       {kFromIso + "TimeZone=Asia/Kolkata" + kToIso, "2020-10-05", "2020-10-05T05:30:00.00+05:30"},
-      {kFromIso + "InputLanguage=ar_EG|Language=ar_EG" + kToIso, "2020-10-05", "2020-10-05T00:00:00.00Z"},
       {kFromIso + kToIso, "2020-10-05T14:03:07", "2020-10-05T00:00:00.00Z"},  // no offset: a date and more
-      {kFromIso + kToIso, " 2020-10-05T14:03:07z", "2020-10-05T14:03:07.00Z"},
       {kFromIso + kToIso, "yesterday", "!"},
       {kFromUnix + kToUnix, "1000.9", "1000"},
       {kFromUnix + kToIso, "1000.9", "1970-01-01T00:00:01.00Z"},
       {kFromUnix + kToUnix, "abc", "0"},
-      {kFromUnix + kToUnix, ".", "0"},
-      {kFromUnix + kToUnix, "-0.9", "0"},
       {kFromUnix + kToUnix, " \t+12x", "12"},
       {kFromUnix + kToUnix, "1.5e3x", "1500"},
-      {kFromUnix + kToUnix, "1e", "0"},
-      {kFromUnix + kToUnix, "nan", "0"},
-      {kFromUnix + kToUnix, "-9007199254740993", "-9007199254740992"},
       {kFromUnix + kToUnix, "-1e300", "-9223372036854775808"},
       {kFromUnix + kToUnix, "1e999", "9223372036854775807"},
-      {kFromUnix + kToUnix, string(400, '9'), "9223372036854775807"},
       {kFromUnix + kToIso, "1e300", "5828963-12-20T00:00:00.00Z"},
       {"CustomInputDateTimeFormat=HH:mm|InputTimeZone=Europe/Brussels" + kToIso, "08:30", "2020-10-05T06:30:00.00Z"},
       {"InputDateTimeFormat=iso8601|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr" + kToUnix, "3 f\u00e9vr. 70",
        "2851200000"},
       {kFromUnix + "DateTimeFormat=Unix|CustomDateTimeFormat=EEEE d MMMM|Language=de_DE", "0", "Donnerstag 1 Januar"},
       {kFromUnix, "0", ""},  // no pattern
-      {"DateTimeFormat=UNIX", "2020", "!"},
       {"", "2020", "!"},
   };
   for (const auto& row : cases) {
@@ -125,10 +116,6 @@ TEST(DateTime, LogOfFailure) {
               ElementsAre("Parsing date 'yesterday' into UTC time failed.  Caused by:",
                           MatchesRegex("NQ_EException: Unparseable date: error at index 0 \\[yesterday\\]" + where),
                           "{InputDateTimeFormat = ISO8601}"));
-  EXPECT_THAT(Format(6, Options("InputDateTimeFormat=ISO8601"), "yesterday").log.size(), 6U);  // three tries before it
-  EXPECT_THAT(Format(0, Options(""), "x").log,
-              ElementsAre("Parsing date 'x' into UTC time failed.  Caused by:",
-                          MatchesRegex("NQ_EException: Unparseable date: error at index -1 \\[x\\]" + where), "{}"));
   const string yyy(300, 'y');
   const TFormatted tooLong = Format(0, Options("InputDateTimeFormat=UNIX|CustomDateTimeFormat=" + yyy), "1e3");
   EXPECT_FALSE(tooLong.succeeded);
@@ -137,15 +124,6 @@ TEST(DateTime, LogOfFailure) {
               ElementsAre("Formatting wall time '1000' failed.  Caused by:",
                           MatchesRegex("NQ_EException: Date pattern is longer than 256 characters \\[y+\\]" + where),
                           "{InputDateTimeFormat = UNIX, CustomDateTimeFormat = " + yyy + "}"));
-}
-
-TEST(DateTime, FormatOutputOfWhatNoTextGives) {
-  const NQ_TDict unixTime = Options("DateTimeFormat=UNIX");
-  NQ_TString value;
-  EXPECT_TRUE(FormatOutputDateTime(0, unixTime, std::numeric_limits<double>::quiet_NaN(), value));
-  EXPECT_EQ(value, "0");
-  EXPECT_TRUE(FormatOutputDateTime(0, unixTime, -std::numeric_limits<double>::infinity(), value));
-  EXPECT_EQ(value, "-9223372036854775808");
 }
 
 // Numbers are read as streams of the global locale read them.

@@ -31,54 +31,27 @@ TEST(FormatText, Values) {
     const char* options;
     std::string value, formatted;
   } const cases[] = {
-      {"", " a<b ", " a<b "},
       {"RemoveSpaces=true", "  a b  ", "a b"},
-      {"RemoveSpaces=true", "a ", "a"},
       {"RemoveSpaces=true", "\t\r\n", ""},
       {"RemoveSpaces=true", "\0\u001Fa\0"s, "a"},
       {"RemoveSpaces=true", "\u00A0 a\u2003", "\u00A0 a\u2003"},
-      {"RemoveSpaces=false", " a ", " a "},
       {"Transformation=UPPERCASE", "stra\u00DFe", "STRASSE"},
       {"Transformation=LOWERCASE", "\u00C4B", "\u00E4b"},
-      {"Transformation=uppercase", "a", "a"},
       {"Encoding=XML|Transformation=UPPERCASE", "a&b", "A&amp;B"},
-      {"Encoding=XML", "a<\"b\">", "a&lt;&quot;b&quot;&gt;"},
       {"Encoding=XML", "&quot;'\U0001F4C4\0"s, "&amp;quot;&apos;\U0001F4C4\0"s},
-      {"Encoding=XML|RemoveSpaces=true", " < ", "&lt;"},
       {"Encoding=URL", "a b/\u00E9\u20AC\U0001F4C4~", "a%20b/%C3%A9%E2%82%AC%F0%9F%93%84~"},
-      {"Encoding=URL", "D:\\dir\\file", "D:%5Cdir%5Cfile"},
       {"Encoding=URL", "smb://server:445/share/a b", "smb://server:445/share/a%20b"},
-      {"Encoding=URL", "smb://server/share:1", "smb://server/share%3A1"},
-      {"Encoding=URL", "smb://my-host:445/x", "smb://my-host%3A445/x"},
-      {"Encoding=URL", "SMB://:/:x", "SMB://:/%3Ax"},
-      {"Encoding=URL", "a:b:c", "a:b%3Ac"},
-      {"Encoding=URL", "1a:b", "1a%3Ab"},
-      {"Encoding=URL", "a b:c", "a%20b%3Ac"},
-      {"Encoding=URL", ":x ", ":x%20"},
       {"Encoding=url", "a b", "a b"},
       {"Encoding=CUSTOM|CustomEncoding=a>b,b>c", "ab", "cc"},
-      {"Encoding=CUSTOM|CustomEncoding=b>c,a>b", "ab", "bc"},
-      {"Encoding=CUSTOM|CustomEncoding=aa>a", "aaaaa", "aaa"},
       {"Encoding=CUSTOM|CustomEncoding=>x,b>", "ab", "a"},
-      {"Encoding=CUSTOM|CustomEncoding=a>x,a>y,x>z", "aa", "zz"},
       {"Encoding=CUSTOM|CustomEncoding=\u00E9>e,e>a longer text,t>T", "\u00E9", "a longer TexT"},
       {"Encoding=CUSTOM|CustomEncoding=\u00E4>ae,\u00DF>ss,\u20AC>\u00A4,\u00A4>EUR, >_", "\u00E4\u00DF \u20AC\u00F6",
        "aess_EUR\u00F6"},
-      {"Encoding=CUSTOM", "ab", "ab"},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(std::string(row.options) + " of " + row.value);
     EXPECT_EQ(Formatted(Options(row.options), row.value), row.formatted);
   }
-}
-
-TEST(FormatText, OptionsOfAnotherKindAreAbsent) {
-  NQ_TDict options;
-  options["RemoveSpaces"] = "true";
-  options["Transformation"] = 1;
-  options["Encoding"] = "CUSTOM";
-  options["CustomEncoding"] = "a>b";
-  EXPECT_EQ(Formatted(options, " a "), " a ");
 }
 
 // The replacements of earlier pairs stay.
@@ -120,7 +93,6 @@ TEST(FormatText, BrokenPairsThrow) {
 TEST(FormatText, PairsAreReadAnew) {
   NQ_TDict options = Options("Encoding=CUSTOM|CustomEncoding=a>b,c>d");
   EXPECT_EQ(Formatted(options, "ac"), "bd");
-  EXPECT_EQ(Formatted(options, "ac"), "bd");
   NQ_TArray& pairs = *options["CustomEncoding"].As<NQ_TArray>();
   NQ_TDict& pair = *pairs.At(0)->As<NQ_TDict>();
   for (const char* replace : {"x", "y", "z"}) {
@@ -128,12 +100,12 @@ TEST(FormatText, PairsAreReadAnew) {
     EXPECT_EQ(Formatted(options, "ac"), replace + "d"s);
   }
   pairs.Add(*Pairs("z>q").At(0));
-  EXPECT_EQ(Formatted(options, "ac"), "qd");
   const NQ_TDict copy = options;
-  EXPECT_EQ(Formatted(copy, "ac"), "qd");
+  EXPECT_EQ(Formatted(options, "ac") + Formatted(copy, "ac"), "qdqd");
   *pair["Replace"].As<NQ_TString>() = "r";
   EXPECT_EQ(Formatted(options, "ac") + Formatted(copy, "ac"), "rdqd");
-
+  pair["Find"] = 1;
+  EXPECT_THROW(Formatted(options, "ac"), NQ_EException);
   for (int i = 0; i < 1'000; ++i) {
     const std::string number = std::to_string(i);
     EXPECT_EQ(Formatted(Options("Encoding=CUSTOM|CustomEncoding=a>" + number), "a"), number);
@@ -178,10 +150,8 @@ TEST(FormatText, TextsDoNotGrowWithoutEnd) {
   EXPECT_TRUE(value.Equals(text));
   EXPECT_TRUE(FormatText(Options("Encoding=URL"), value));
   EXPECT_EQ(value.Length(), kMostRewritten / 3 * 3);
-}
 
-TEST(FormatText, LongTextsMayShrink) {
-  NQ_TString value(std::u16string(kMostRewritten + 2, u'a') + u"bb");
+  value = NQ_TString(std::u16string(kMostRewritten + 2, u'a') + u"bb");  // too long already, and may shrink
   EXPECT_TRUE(FormatText(Options("Encoding=CUSTOM|CustomEncoding=bb>b"), value));
   EXPECT_EQ(value.Length(), kMostRewritten + 3);
 }
@@ -200,10 +170,10 @@ TEST(FormatText, ReplacingTakesLinearTime) {
 
 // ---- against the plain way
 
-class TRandomTexts : public ::testing::Test {
+class TextsAgainstTheObvious : public ::testing::Test {
  protected:
   static constexpr unsigned kSeed = 20250311;
-  static constexpr int kTexts = 20'000;
+  static constexpr int kTexts = 5'000;
 
   std::size_t Below(std::size_t end) { return random_() % end; }
   std::u16string Some(std::u16string_view units, std::size_t most) {
@@ -221,7 +191,7 @@ class TRandomTexts : public ::testing::Test {
   std::mt19937 random_{kSeed};
 };
 
-TEST_F(TRandomTexts, XmlIsFiveReplacements) {
+TEST_F(TextsAgainstTheObvious, XmlIsFiveReplacements) {
   const NQ_TDict options = Options("Encoding=XML");
   for (int i = 0; i < kTexts; ++i) {
     const std::u16string text = Some(u"ab \u00E9\xD83D\xDCC4&&<>'\"", i % 50 == 0 ? 5'000 : 40);
@@ -235,7 +205,7 @@ TEST_F(TRandomTexts, XmlIsFiveReplacements) {
   }
 }
 
-TEST_F(TRandomTexts, CustomIsOneReplacementAfterTheOther) {
+TEST_F(TextsAgainstTheObvious, CustomIsOneReplacementAfterTheOther) {
   // Of what texts, what is found in them and what is put in consist; and how many pairs there are.
   struct {
     std::u16string texts, finds, replaces;
@@ -289,7 +259,7 @@ NQ_TString UrlByRegex(const std::u16string& text) {
          encoded(part(wideRest, match, 3));
 }
 
-TEST_F(TRandomTexts, UrlsAreTakenApartAsByRegularExpressions) {
+TEST_F(TextsAgainstTheObvious, UrlsAreTakenApartAsByRegularExpressions) {
   // The Kelvin sign, the long s and the dotted I fold to ASCII letters in some locales.
   constexpr std::u16string_view kUnits = u"aZ@[`{09/::\n\r\0\u2028 %\u00E9\u212A\u017F\u0130\xD83D\xDCC4\x19"sv;
   const std::u16string_view pieces[] = {u"smb", u":", u"//", u"Server", u":", u"445", u"/", u"a b"};

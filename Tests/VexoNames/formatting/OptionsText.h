@@ -1,7 +1,8 @@
-// Formatting options as one line of text.
+// What the tests of formatters share: options as one line of text.
 #pragma once
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,12 @@
 #include "NQ_TString.h"
 
 namespace formatting_test {
+
+/// Whether random tests are to draw many more inputs: VEXONAMES_SLOW_TESTS=1.
+inline bool SlowTests() {
+  const char* const slow = std::getenv("VEXONAMES_SLOW_TESTS");
+  return slow != nullptr && std::string_view(slow) == "1";
+}
 
 inline NQ_TString S(std::string_view utf8) { return NQ_TString(utf8); }
 
