@@ -19,6 +19,7 @@ constexpr TSaying kSayings[] = {
     {" The counter is at its end", "counter", "2147483647 is the last number; it was reached by "},
     {" Nested deeper", "limit", "too many values within values at "},
     {" More tokens", "limit", "too many tokens at "},
+    {" More queries", "limit", "too many questions to services at "},
     {" More characters", "limit", "too much text at "},
 };
 
@@ -58,12 +59,17 @@ bool TakesTooLong(std::string_view message) {
 
 }  // namespace
 
-TCause CauseOf(const NQ_TString& key, std::string_view message, TName::TName_Error error) {
+TCause CauseOf(const NQ_TString& key, std::string_view message, TName::TName_Error error, const std::string& failure) {
   const std::string name = '\'' + Printable(key.Narrow()) + '\'';
   const std::string opening = "TName::ResolveTokenEx: \tKey: \"" + std::string(key.Narrow()) + '"';
   if (message.starts_with(opening)) {
     const std::string_view said = message.substr(opening.size());
     if (said.starts_with(" Format \"")) return FormatCause(said);
+    if (said.starts_with(" Lookup function failed")) {
+      if (!failure.empty()) return {"service", failure};
+      if (error == TName::TName_ErrorServerQuery) return {"service", "the host of the query of " + name + " fails"};
+      if (error == TName::TName_ErrorServerQueryException) return {"service", name + " does not say what to ask"};
+    }
     for (const TSaying& row : kSayings) {
       if (said.starts_with(row.message)) return {row.kind, row.reason + name};
     }

@@ -4,8 +4,9 @@
 
 #include "EngineLog.h"
 #include "Options.h"
+#include "ServiceCalls.h"
 #include "TName.h"
 
-int RunResolve(TName& names, TEngineLog& log, const TOptions& options);
+int RunResolve(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options);
 int RunNames(const TName& names, const TOptions& options);
 int RunTranslate(TName& names, const TOptions& options);

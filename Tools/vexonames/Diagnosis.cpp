@@ -75,15 +75,16 @@ class TDiagnosis::TTrial final : public TNameWarnLookupHandler {
     return ok;
   }
 
-  TCause CauseOf(const NQ_TString& tokenText, const NQ_TString& key) {
+  TCause CauseOf(const NQ_TString& tokenText, const NQ_TString& key, TServiceCalls& calls) {
     NQ_TString ignored;
     names_.SetError(TName::TName_ErrorNone);
     log_.Take();
+    calls.TakeFailure();
     names_.SetDebugLevel(2);
     names_.ResolveTokenEx(tokenText, ignored);
     names_.SetDebugLevel(0);
     const std::string said = log_.Take();
-    return ::CauseOf(key, LastMessage(said), names_.GetError());
+    return ::CauseOf(key, LastMessage(said), names_.GetError(), calls.TakeFailure());
   }
 
   bool Spent() const { return tried_ >= kMostTokens; }
@@ -100,7 +101,8 @@ class TDiagnosis::TTrial final : public TNameWarnLookupHandler {
   std::int64_t tried_ = 0;
 };
 
-TDiagnosis::TDiagnosis(TName& names, TEngineLog& log) : names_(names), log_(log), counters_(names) {
+TDiagnosis::TDiagnosis(TName& names, TEngineLog& log, TServiceCalls& calls)
+    : names_(names), log_(log), calls_(calls), counters_(names) {
   const NQ_TList all = names.GetTNames();
   for (unsigned int i = 0; i < all.Count(); ++i) defined_.push_back(*all.At(i)->As<NQ_TString>());
 }
@@ -172,7 +174,7 @@ void TDiagnosis::ReportCause(const NQ_TString& token, const NQ_TString& tokenTex
     const std::string name = Printable(Shortened(key.Narrow()));
     return Report(token, "undefined", "there is no name '" + name + '\'' + SuggestionFor(key));
   }
-  TCause cause = trial_->CauseOf(tokenText, key);
+  TCause cause = trial_->CauseOf(tokenText, key, calls_);
   Report(token, std::move(cause.kind), std::move(cause.reason));
 }
 

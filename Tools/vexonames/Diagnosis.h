@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "EngineLog.h"
+#include "ServiceCalls.h"
 #include "TName.h"
 #include "Tokens.h"
 
@@ -43,7 +44,7 @@ class TCounters {
 class TDiagnosis {
  public:
   /// The names defined now are those that suggestions are made of.
-  TDiagnosis(TName& names, TEngineLog& log);
+  TDiagnosis(TName& names, TEngineLog& log, TServiceCalls& calls);
 
   /// What fails in a template. The counters must stand where they stood before it was resolved; they are left there.
   TFailures Explain(const NQ_TString& text);
@@ -60,6 +61,7 @@ class TDiagnosis {
 
   TName& names_;
   TEngineLog& log_;
+  TServiceCalls& calls_;
   TCounters counters_;
   std::vector<NQ_TString> defined_;
   std::map<NQ_TString, std::string> suggestions_;

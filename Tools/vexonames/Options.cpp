@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kFooter = R"(
 A template that begins with "-" goes after "--". Results go to standard output, what is to be said about them to
 standard error. Ends with 0 when all was resolved, 1 when a token failed, 2 when something is wrong with the arguments,
-the context file or the input. "vexonames --help" shows the options that all commands share.
+the context file or the input, 3 when a service failed. "vexonames --help" shows the options that all commands share.
 
   vexonames resolve --context shop.json 'out/<<customer/>>_v<<version format="%03d"/>>.pdf'
   vexonames resolve --context shop.json --json < templates.txt

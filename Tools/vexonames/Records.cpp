@@ -1,103 +1,118 @@
 #include "Records.h"
 
+#include <optional>
 #include <string>
 
+#include "JsonValue.h"
 #include "KeyTable.h"
+#include "NQ_TArray.h"
+#include "NQ_TTree.h"
 #include "OptionsReading.h"
-#include "TimeText.h"
 
 namespace {
 
-/// A record while it is read: its name is defined when the keys are gone through.
+/// A record while it is read: what the library is to make of it, and what no record says.
 struct TRecord {
-  TName& names;
-  NQ_TString key;
   TName::TName_Type type;
+  NQ_TTree tree{};
+  bool valueIsUnknown = false;
+  std::optional<NQ_TString> visibility{};
+
+  void Add(const TJsonNode& node, NQ_TAny&& value) { tree.Add(NQ_TString(node.Key()), std::move(value)); }
 };
 
 // ---- values, by type
 
-void ReadText(const TJsonNode& value, TRecord& record) { record.names.SetValue(record.key, value.Text()); }
-
-void ReadNumber(const TJsonNode& value, TRecord& record) { record.names.SetValue(record.key, value.Int32()); }
-
-// {"$url": "file://host/path"}, or just the text.
-void ReadUrl(const TJsonNode& value, TRecord& record) {
-  const TJson* const wrapped = value.Wrapped("$url");
-  const TJson& text = wrapped == nullptr ? value.Value() : *wrapped;
-  if (!text.is_string()) value.FailKind("a URL as a string or {\"$url\": ...}");
-  const NQ_TString url = TJsonNode(value, "$url", text).Text();
-  if (url.Find("://") <= 0) value.Fail("expected a URL such as file://host/path");
-  record.names.SetValue(record.key, NQ_TURL(url));
-}
-
-// {"$time": "2026-05-17T13:05:00+02:00"}, or milliseconds.
-void ReadTime(const TJsonNode& value, TRecord& record) {
-  std::optional<NQ_TTime> time;
-  if (const TJson* const wrapped = value.Wrapped("$time"); wrapped != nullptr && wrapped->is_string()) {
-    time = ParseTime(wrapped->get_ref<const std::string&>());
-  } else if (value.Value().is_number()) {
-    const auto milliseconds = value.Value().get<double>();
-    if (IsSensibleTime(milliseconds)) time = NQ_TTime::FromMilliseconds(milliseconds);
-  } else {
-    value.FailKind("milliseconds or {\"$time\": ...}");
-  }
-  if (!time) value.Fail("expected a time such as {\"$time\": \"2026-05-17T13:05:00+02:00\"}");
-  record.names.SetValue(record.key, *time);
-}
+NQ_TAny TextOf(const TJsonNode& value) { return value.Text(); }
+NQ_TAny NumberOf(const TJsonNode& value) { return value.Int32(); }
+NQ_TAny UrlOf(const TJsonNode& value) { return ReadUrl(value); }
+NQ_TAny TimeOf(const TJsonNode& value) { return ReadTime(value); }
 
 struct TTypeRow {
   const char* word;
   TName::TName_Type type;
-  void (*readValue)(const TJsonNode& value, TRecord& record);
+  const char* valueKey;
+  NQ_TAny (*readValue)(const TJsonNode& value);
 };
 
 constexpr TTypeRow kTypes[] = {
-    {"Name", TName::TName_TypeString, &ReadText},
-    {"URL", TName::TName_TypeURL, &ReadUrl},
-    {"Number", TName::TName_TypeNumber, &ReadNumber},
-    {"Time", TName::TName_TypeTime, &ReadTime},
-    {"AutoNumber", TName::TName_TypeAutoNumber, &ReadNumber},
+    {"Name", TName::TName_TypeString, "Value", &TextOf},
+    {"URL", TName::TName_TypeURL, "Value:", &UrlOf},
+    {"Number", TName::TName_TypeNumber, "Value", &NumberOf},
+    {"Time", TName::TName_TypeTime, "Value", &TimeOf},
+    {"AutoNumber", TName::TName_TypeAutoNumber, "Value", &NumberOf},
 };
+
+const TTypeRow& RowOf(TName::TName_Type type) {
+  const TTypeRow* row = kTypes;
+  while (row->type != type) ++row;
+  return *row;
+}
 
 // ---- keys
 
-// null stands for a name whose value is not known yet.
-void ReadValue(const TJsonNode& value, TRecord& record) {
-  if (value.Value().is_null()) {
-    record.names.RemValue(record.key);
-    return;
+// null stands for a name whose value is not known yet. Under either key: a record has a URL under "Value:".
+void AddValue(const TJsonNode& value, TRecord& record) {
+  const TTypeRow& row = RowOf(record.type);
+  record.valueIsUnknown = value.Value().is_null();
+  if (!record.valueIsUnknown) record.tree.Add(row.valueKey, row.readValue(value));
+}
+
+void AddText(const TJsonNode& value, TRecord& record) { record.Add(value, value.Text()); }
+
+void AddOptions(const TJsonNode& value, TRecord& record) { record.Add(value, ReadFormattingOptions(value)); }
+
+void AddAny(const TJsonNode& value, TRecord& record) { record.Add(value, ReadValue(value)); }
+
+void AddParameters(const TJsonNode& value, TRecord& record) {
+  value.Members();  // has to be an object
+  AddAny(value, record);
+}
+
+void AddFlag(const TJsonNode& value, TRecord& record) {
+  if (!value.Value().is_boolean()) value.FailKind("true or false");
+  AddAny(value, record);
+}
+
+void AddNames(const TJsonNode& value, TRecord& record) {
+  NQ_TArray names;
+  if (!value.Value().is_array()) value.FailKind("an array of names");
+  for (const TJson& name : value.Value()) {
+    const std::string place = std::to_string(names.Count());
+    names.Add(TJsonNode(value, place, name).Text());
   }
-  for (const TTypeRow& row : kTypes) {
-    if (row.type == record.type) row.readValue(value, record);
-  }
+  record.Add(value, std::move(names));
 }
 
-template <void (TName::*Set)(const NQ_TString& key, const NQ_TString& value)>
-void ReadAttribute(const TJsonNode& value, TRecord& record) {
-  (record.names.*Set)(record.key, value.Text());
-}
-
-void ReadOptions(const TJsonNode& value, TRecord& record) {
-  record.names.SetFormattingOptions(record.key, ReadFormattingOptions(value));
-}
-
-void KnownAlready(const TJsonNode&, TRecord&) {}
+void SetVisibility(const TJsonNode& value, TRecord& record) { record.visibility = value.Text(); }
 
 constexpr TKeyRow<TRecord> kKeys[] = {
-    {"Type", &KnownAlready},
-    {"Value", &ReadValue},
-    {"Format", &ReadAttribute<&TName::SetFormat>},
-    {"Category", &ReadAttribute<&TName::SetCategory>},
-    {"Elem", &ReadAttribute<&TName::SetElemValue>},
-    {"Extract", &ReadAttribute<&TName::SetExtractValue>},
-    {"RegEx", &ReadAttribute<&TName::SetRegExValue>},
-    {"FormattingOptions", &ReadOptions},
-    {"Description", &ReadAttribute<&TName::SetDescription>},
-    {"UserDescription", &ReadAttribute<&TName::SetUserDescription>},
-    {"UserInfo", &ReadAttribute<&TName::SetUserInfo>},
-    {"Visibility", &ReadAttribute<&TName::SetVisibility>},
-    {"Info", &ReadAttribute<&TName::SetLocalization>},
+    {"Type", &AddText},
+    {"Value", &AddValue},
+    {"Value:", &AddValue},
+    {"Format", &AddText},
+    {"Category", &AddText},
+    {"Elem", &AddText},
+    {"Extract", &AddText},
+    {"RegEx", &AddText},
+    {"FormattingOptions", &AddOptions},
+    {"Description", &AddText},
+    {"UserDescription", &AddText},
+    {"UserInfo", &AddText},
+    {"Visibility", &SetVisibility},
+    {"Info", &AddText},
+    {"LocalizationFile", &AddText},
+    {"Server", &AddText},
+    {"Method", &AddText},
+    {"Host", &AddText},
+    {"Params", &AddParameters},
+    {"P1", &AddAny},
+    {"P2", &AddAny},
+    {"P3", &AddAny},
+    {"P4", &AddAny},
+    {"Definition", &AddAny},
+    {"Dependencies", &AddNames},
+    {"Cached", &AddFlag},
 };
 
 // Comes before all other keys, wherever it stands.
@@ -119,11 +134,13 @@ TName::TName_Type ReadType(const TJsonNode& record) {
 }  // namespace
 
 void ReadRecord(const TJsonNode& node, TName& names) {
-  TRecord record{names, NQ_TString(node.Key()), ReadType(node)};
-  if (record.key.Empty()) node.Fail("a name cannot be empty");
-  if (!names.Define(record.key, record.type, TName::TName_LookupValue)) node.Fail("cannot be defined");
-  names.SetCategory(record.key, "misc");
+  TRecord record{ReadType(node)};
+  const NQ_TString key(node.Key());
+  if (key.Empty()) node.Fail("a name cannot be empty");
   ReadMembers(node, kKeys, record);
+  if (!names.Define(key, record.tree, false)) node.Fail("cannot be defined");
+  if (record.valueIsUnknown) names.RemValue(key);
+  if (record.visibility) names.SetVisibility(key, *record.visibility);
 }
 
 const char* TypeWord(TName::TName_Type type) {

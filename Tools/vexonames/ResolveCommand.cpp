@@ -132,12 +132,12 @@ std::unique_ptr<TReport> ReportFor(const TOptions& options, TData& data, TDiagno
 
 }  // namespace
 
-int RunResolve(TName& names, TEngineLog& log, const TOptions& options) {
+int RunResolve(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options) {
   TTexts texts(options.texts);
   TData data;
   TDiagnostics diagnostics(texts.FromInput());
   const std::unique_ptr<TReport> report = ReportFor(options, data, diagnostics);
-  TResolver resolver(names, log);
+  TResolver resolver(names, log, calls);
   std::size_t failed = 0;
   while (const std::optional<std::string> text = texts.Next()) {
     const TResolution resolution = resolver.Resolve(*text);
@@ -146,5 +146,6 @@ int RunResolve(TName& names, TEngineLog& log, const TOptions& options) {
     diagnostics.Progress(texts.Count());
   }
   report->Finish(texts.Count(), failed);
+  if (calls.HaveFailed()) return kExitServiceFailed;
   return failed == 0 ? kExitResolved : kExitFailedTokens;
 }

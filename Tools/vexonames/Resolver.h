@@ -20,7 +20,8 @@ struct TResolution {
 /// Resolves templates with a registry that is complete: names defined later are resolved, but never suggested.
 class TResolver {
  public:
-  TResolver(TName& names, TEngineLog& log) : names_(names), log_(log), counters_(names), diagnosis_(names, log) {}
+  TResolver(TName& names, TEngineLog& log, TServiceCalls& calls)
+      : names_(names), log_(log), counters_(names), diagnosis_(names, log, calls) {}
 
   TResolution Resolve(std::string_view utf8);
 

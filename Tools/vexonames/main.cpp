@@ -12,6 +12,7 @@
 #include "Commands.h"
 #include "Context.h"
 #include "Errors.h"
+#include "NQM_TClient.h"
 #include "NQ_EException.h"
 #include "Text.h"
 #include "TimeText.h"
@@ -39,10 +40,15 @@ int Run(const TOptions& options) {
   names.SetLimits(limits);
   TEngineLog log(options.debug > 0);
   names.SetDebugLevel(options.debug);
-  if (options.context) ReadContext(*options.context, names);
+  const auto services = std::make_shared<NQM_TServices>();
+  const auto calls = std::make_shared<TServiceCalls>(services, NQM_TAddress());
+  NQM_TClient::SetTransport(calls);
+  TContext context{names, *services};
+  if (options.context) ReadContext(*options.context, context);
+  LoadDefinitions(context, *calls, log);
   switch (options.command) {
     case TOptions::TCommand::Resolve:
-      return RunResolve(names, log, options);
+      return RunResolve(names, log, *calls, options);
     case TOptions::TCommand::Names:
       return RunNames(names, options);
     case TOptions::TCommand::Translate:
@@ -61,6 +67,9 @@ int main(int argc, char** argv) {
     return Run(options);
   } catch (const TInputError& error) {
     std::cerr << "vexonames: " << error.what() << '\n';
+  } catch (const TServiceError& error) {
+    std::cerr << "vexonames: " << error.what() << '\n';
+    return kExitServiceFailed;
   } catch (const NQ_EException& error) {
     std::cerr << "vexonames: " << error << '\n';
   } catch (const std::exception& error) {
