@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <ostream>
+#include <string>
 #include <typeinfo>
 
 NQ_TClass::TInterfaceNames NQ_TThrowable::NQ_Interfaces() {
@@ -27,7 +28,7 @@ void NQ_EException::NQ_Throw() const { throw NQ_EException(*this); }
 void NQ_EException::PrintOn(std::ostream& out) const {
   out << ClassName() << ": " << message_;
   if (!data_.IsNull()) out << " [" << data_ << ']';
-  if (!file_.Empty()) out << " (" << file_ << ':' << line_ << ')';
+  if (!file_.Empty()) out << " (" << file_ << ':' << std::to_string(line_) << ')';
 }
 
 void NQ_EException::NQ_Pack(NQ_IPacking& packing) const {

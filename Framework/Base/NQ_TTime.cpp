@@ -1,10 +1,11 @@
 #include "NQ_TTime.h"
 
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <ctime>
+#include <iterator>
 #include <ostream>
 #include <string>
 
@@ -23,8 +24,8 @@ std::atomic<NQ_TTime::TClock> currentClock{&SystemClock};
 
 void NQ_TInterval::PrintOn(std::ostream& out) const {
   char text[64];
-  const int length = std::snprintf(text, sizeof text, "%.6g s", milliseconds_ / 1000);
-  out.write(text, length);
+  const auto end = std::to_chars(text, std::end(text), milliseconds_ / 1000, std::chars_format::general, 6).ptr;
+  out.write(text, end - text) << " s";
 }
 
 void NQ_TInterval::NQ_Pack(NQ_IPacking& packing) const { packing.PackDouble(milliseconds_); }
