@@ -1,5 +1,4 @@
 // The first thing to do with the library: a registry, two names, a template.
-// [readme]
 #include <iostream>
 
 #include "TName.h"
@@ -15,4 +14,3 @@ int main() {
   const bool all = names.Resolve("out/<<customer/>>_v<<version format=\"%03d\"/>>.pdf", path);
   std::cout << path << (all ? "\n" : " (incomplete)\n");  // out/Imprimerie Lefèvre & Fils_v007.pdf
 }
-// [/readme]
