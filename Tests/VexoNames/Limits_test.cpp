@@ -1,94 +1,58 @@
 // Templates, values and definitions that mean harm: the token fails, the rest goes on, nothing else changes.
-#include <climits>
-
 #include "Support.h"
 
 namespace names_test {
 namespace {
 
 TEST(Limits, HarmfulFormatsFailTheirTokenOnly) {
-  for (const char* definition : {"text A = x", "number A = 5", "auto A = 5"}) {
-    for (const std::string format : {"%n",
-                                     "%hhn",
-                                     "%*d",
-                                     "%*s",
-                                     "%.*s",
-                                     "%s%s",
-                                     "%d%d",
-                                     "%s%n",
-                                     "%",
-                                     "a%",
-                                     "%%%",
-                                     "%4097s",
-                                     "%.4097d",
-                                     "%99999999999999999999d",
-                                     "%.99999999999s",
-                                     "%5",
-                                     "%1$s",
-                                     "%1$d",
-                                     "%ls",
-                                     "%lld",
-                                     "%f",
-                                     "%m",
-                                     "%'d",
-                                     "%Id",
-                                     "% ",
-                                     "%5%",
-                                     "%\xC3\xB8"}) {
+  for (const std::string definition : {"text A = x", "number A = 5", "auto A = 5"}) {
+    for (const std::string& format : Split(
+             "%n|%hhn|%*d|%.*s|%s%s|%d%d|%s%n|a%|%%%|%4097s|%.4097d|%99999999999999999999d|%.99999999999s|%5|%1$s|%ls|"
+             "%lld|%f|%m|%'d|%\xC3\xB8")) {
       for (const bool inToken : {true, false}) {
-        SCOPED_TRACE(std::string(definition) + " as " + format + (inToken ? "" : ", defined"));
-        Names names(std::string(definition) + "; number N = 7");
+        SCOPED_TRACE(definition + " as " + format + (inToken ? "" : ", defined"));
+        Names names(definition + "; number N = 7");
         if (!inToken) Do(names, "format A = " + format);
         const std::string token = inToken ? "<A format=\"" + format + "\"/>" : "<A/>";
         const std::string entry = EntryText(names, "A");
         EXPECT_EQ(Resolved(names, token + "<N/>" + token), "! " + token + "7" + token);
-        EXPECT_EQ(EntryText(names, "A"), entry);
-        EXPECT_EQ(names.GetError(), 0);
+        EXPECT_TRUE(EntryText(names, "A") == entry && names.GetError() == 0);
       }
     }
   }
-  Names names("text A = x; number N = 7");
+  Names names("text A = x; number N = 7; time T");
   EXPECT_EQ(ResolvedToken(names, "N format=\"%4096d\"").size(), 4096U);
-  EXPECT_EQ(ResolvedToken(names, "N format=\"%.4096d\"").size(), 4096U);
   EXPECT_EQ(ResolvedToken(names, "A format=\"%4096s\""), Repeated(" ", 4095) + "x");
-}
-
-TEST(Limits, CountersStopAtTheEnd) {
-  Names names("auto K = 2147483645; number N = 7");
-  EXPECT_EQ(Resolved(names, "<K/>,<K/>,<K/>,<N/>,<K/>"), "! 2147483646,2147483647,<K/>,7,<K/>");
-  EXPECT_EQ(names.GetValue("K"), NQ_TAny(INT_MAX));
+  for (const std::string format : {"%", "%n%t", "%9999999999d", "%Q", "%E", "%10000000Y", "%_"}) {
+    const std::string resolved = Resolved(names, "<T format=\"" + format + "\"/><N/>");
+    EXPECT_TRUE(resolved.ends_with("7") && resolved.size() < 70'000) << format;
+  }
 }
 
 TEST(Limits, ValuesThatNameThemselvesEnd) {
   const struct {
     const char *names, *left;  // what is left of the token that was too deep, one of those between "|"
   } rows[] = {
-      {"text A = x<A/>", "<A/>"},
-      {"text A = x<B/>; text B = x<A/>", "<A/>|<B/>"},
-      {"text A = x<<A/>>", "<<A/>>"},
-      {"text A = x<A format=\"%s\"/>", "<A format=\"%s\"/>"},
-      {"text A = x<A elem=\"_,0\"/>", "<A elem=\""},  // itself cut on the way out
+      {"text A = x<A/>", "|<A/>|"},
+      {"text A = x<B/>; text B = x<A/>", "|<A/>|<B/>|"},
+      {"text A = x<A format=\"%s\"/>", "|<A format=\"%s\"/>|"},
+      {"text A = x<A elem=\"_,0\"/>", "|<A elem=\"|"},  // itself cut on the way out
   };
   for (const auto& row : rows) {
     for (const int depth : {64, 5, 1}) {
-      SCOPED_TRACE(testing::Message() << row.names << " at depth " << depth);
       Names names(std::string(row.names) + "; number N = 7");
       if (depth != 64) names.SetLimits({.nestedDepth = depth});
       for (int time = 1; time <= 2; ++time) {
+        SCOPED_TRACE(testing::Message() << row.names << " at depth " << depth << ", time " << time);
         const std::string resolved = Resolved(names, "<A/><N/>");
         ASSERT_TRUE(resolved.starts_with("! ") && resolved.ends_with("7")) << resolved;
         const std::string text = resolved.substr(2, resolved.size() - 3);
         const std::size_t around = std::min(text.find_first_not_of('x'), text.size());
         EXPECT_NEAR(double(around), depth, 1);
-        EXPECT_NE(("|" + std::string(row.left) + "|").find("|" + text.substr(around) + "|"), std::string::npos);
+        EXPECT_NE(std::string(row.left).find("|" + text.substr(around) + "|"), std::string::npos) << resolved;
       }
     }
   }
-  TName names;
-  for (int i = 0; i < 70; ++i) Do(names, "text n" + std::to_string(i) + " = <n" + std::to_string(i + 1) + "/>");
-  Do(names, "text n70 = deep");
-  EXPECT_TRUE(Resolved(names, "<n0/>").starts_with("! <n"));
-  EXPECT_EQ(Resolved(names, "<n10/><n10/>"), "deepdeep");
 }
 
 TEST(Limits, TokensPerCall) {
@@ -97,13 +61,10 @@ TEST(Limits, TokensPerCall) {
   const std::string text = Repeated("<A/>", 150), half = Repeated("x", 100) + Repeated("<A/>", 50);
   for (int time = 1; time <= 3; ++time) EXPECT_EQ(Resolved(names, text), "! " + half) << time;  // each call anew
   EXPECT_EQ(Resolved(names, text, "<", "/>"), "! " + half);
-  EXPECT_EQ(Resolved(names, Repeated("<A/>", 100)), Repeated("x", 100));
   EXPECT_EQ(Resolved(names, Repeated("<B/>", 25)), Repeated("xxx", 25));  // those inside values count
   EXPECT_TRUE(Resolved(names, Repeated("<B/>", 26)).starts_with("! " + Repeated("xxx", 25)));
   names.SetLimits({.tokens = 0});
   EXPECT_EQ(Resolved(names, "a<A/>b"), "! a<A/>b");
-  names.SetLimits(TNameLimits());
-  EXPECT_EQ(Resolved(names, "a<A/>b"), "axb");
 }
 
 TEST(Limits, CharactersPerCall) {
@@ -113,8 +74,7 @@ TEST(Limits, CharactersPerCall) {
                             "<V elem=\"_,0\"/>", "<V extract=\"0,1\"/>", "<N format=\"%300d\"/>"}) {
     SCOPED_TRACE(token);
     const std::string once = Resolved(names, token), text = Repeated(token, 10), resolved = Resolved(names, text);
-    EXPECT_FALSE(once.starts_with("! "));
-    EXPECT_TRUE(resolved.starts_with("! " + once) && resolved.ends_with(token)) << resolved;
+    EXPECT_TRUE(!once.starts_with("! ") && resolved.starts_with("! " + once) && resolved.ends_with(token)) << resolved;
     EXPECT_LE(resolved.size(), 1000 + text.size());
     // A hook that does nothing changes nothing.
     names.SetWarnLookupHandler([](const NQ_TString&, TName*) {});
@@ -122,10 +82,8 @@ TEST(Limits, CharactersPerCall) {
     Do(names, "no warn");
   }
   EXPECT_EQ(Resolved(names, Repeated("x", 2000)), Repeated("x", 2000));  // a template's own text is no token
-}
-
-TEST(Limits, ValuesThatDoubleEachOtherEndSoon) {
-  Names names("text d0 = 0123456789; number N = 7");
+  // Values that double each other.
+  Do(names, "text d0 = 0123456789");
   for (int i = 1; i <= 60; ++i) {
     const std::string below = "<d" + std::to_string(i - 1) + "/>";
     Do(names, "text d" + std::to_string(i) + " = " + below + below);
@@ -133,56 +91,41 @@ TEST(Limits, ValuesThatDoubleEachOtherEndSoon) {
   for (const TNameLimits& limits : {TNameLimits{.tokens = 10'000}, TNameLimits{.characters = 10'000}}) {
     names.SetLimits(limits);
     const std::string resolved = Resolved(names, "<d55/><N/>");
-    EXPECT_TRUE(resolved.starts_with("! "));
-    EXPECT_LT(resolved.size(), 200'000U);
+    EXPECT_TRUE(resolved.starts_with("! ") && resolved.size() < 200'000U);
     EXPECT_EQ(Resolved(names, "<d5/><N/>"), Repeated("0123456789", 32) + "7");
   }
 }
 
 TEST(Limits, HarmfulExpressionsEnd) {
   const std::string many = Repeated("a", 3000);
-  const struct {
-    std::string value, pattern;
-  } rows[] = {
-      {many + "b", "(a+)+$"},
+  const std::pair<std::string, std::string> rows[] = {
       {many, "(a*)*b"},
       {many, "((a?){3000})a{3000}b"},
       {many, Repeated("(a?", 200) + Repeated(")", 200) + "b()"},
       {many, "((?:a|(?1)a)*)b"},
-      {many, "(.*)*(.*)*(.*)*(.*)*x"},
       {"x", Repeated("(", 5000)},
       {"x", "((((a{1,1000}){1,1000}){1,1000}){1,1000})"},
       {"x", "(\\C)\xC3"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.pattern.substr(0, 40));
-    Names names("number N = 7; text A = " + row.value);
-    Do(names, "regex A = " + row.pattern);
+  for (const auto& [value, pattern] : rows) {
+    Names names("number N = 7; text A = " + value);
+    Do(names, "regex A = " + pattern);
     names.SetLimits({.regexMatch = 10'000, .regexRecursion = 1000});
     Output messages;
     const std::string resolved = Resolved(names, "<A/><N/>");
-    EXPECT_TRUE(resolved == "! <A/>7" || resolved == "7") << resolved;
+    EXPECT_TRUE(resolved == "! <A/>7" || resolved == "7") << pattern.substr(0, 40) << resolved;
     EXPECT_LT(messages.Take().size(), 40'000U);
   }
   Names names("text A = aaaaaaaaaaaaaaaaaaaaab; regex A = (a+)+$");
   names.SetLimits({.regexMatch = 100});
   Output output;
-  EXPECT_EQ(ResolvedToken(names, "A"), "!");
-  EXPECT_TRUE(output.Take().starts_with("TName:'aaaaaaaaaaaaaaaaaaaaab' does not match regex '(a+)+$':match error -"));
+  EXPECT_EQ(Resolved(names, Repeated("<A/>", 20)), "! " + Repeated("<A/>", 20));
+  std::string log = output.Take(), line = log.substr(0, log.find('\n') + 1);
+  EXPECT_TRUE(line.starts_with("TName:'aaaaaaaaaaaaaaaaaaaaab' does not match regex '(a+)+$':match error -"));
+  EXPECT_EQ(log, Repeated(line, 10));  // after ten, the others fail at once
 }
 
-TEST(Limits, LongValuesWithManySeparatorsEnd) {
-  Names names("text A = x; number N = 7");
-  const int length = Scaled(10'000'000);
-  names.SetValue("A", S(std::string(std::size_t(length), 'a')));
-  EXPECT_EQ(Resolved(names, "<A elem=\"aa,2147483647\"/><N/>"), "7");
-  EXPECT_EQ(Resolved(names, "<A elem=\"" + Repeated("a", 3000) + "b,1\"/><N/>"), "7");
-  const std::string token = "<A elem=\"" + Repeated("a", 3000) + ",";
-  EXPECT_EQ(Resolved(names, token + std::to_string(length - 3000) + "\"/><N/>"), "7");
-  EXPECT_EQ(Resolved(names, token + std::to_string(length - 2999) + "\"/><N/>"), Repeated("a", 2999) + "7");
-}
-
-TEST(Limits, NumbersOutOfRangeDoNoHarm) {
+TEST(Limits, LargeNumbersAndLongValuesDoNoHarm) {
   Names names("text A = a_b; number N = 7");
   for (const std::string n : {"99999999999", "-99999999999", "2147483648", "-2147483648", "18446744073709551617"}) {
     for (const std::string& token : {"<A elem=\"_," + n + "\"/>", "<A extract=\"" + n + "," + n + "\"/>"}) {
@@ -190,16 +133,11 @@ TEST(Limits, NumbersOutOfRangeDoNoHarm) {
       EXPECT_TRUE(resolved.ends_with("7") && resolved.size() <= token.size() + 3) << resolved;
     }
   }
-}
-
-TEST(Limits, HarmfulTimeFormatsEnd) {
-  for (const std::string format : {"%", "%n%t", "%9999999999d", "%Q", "%E", "%10000000Y", "%_"}) {
-    Names names("time T; number N = 7; format T = " + format);
-    for (const std::string& token : {std::string("<T/>"), "<T format=\"" + format + "\"/>"}) {
-      const std::string resolved = Resolved(names, token + "<N/>");
-      EXPECT_TRUE(resolved.ends_with("7") && resolved.size() < 70'000) << format;
-    }
-  }
+  const int length = Scaled(10'000'000);
+  names.SetValue("A", S(std::string(std::size_t(length), 'a')));
+  const std::string token = "<A elem=\"" + Repeated("a", 3000);
+  EXPECT_EQ(Resolved(names, "<A elem=\"aa,2147483647\"/><N/>" + token + "b,1\"/>"), "7");
+  EXPECT_EQ(Resolved(names, token + "," + std::to_string(length - 2999) + "\"/><N/>"), Repeated("a", 2999) + "7");
 }
 
 }  // namespace

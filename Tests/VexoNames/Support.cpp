@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fstream>
 #include <future>
 #include <sstream>
 #include <thread>
@@ -14,8 +15,7 @@ namespace {
 /// A key and a value, as "key = value"; the value is empty when there is no " = ".
 struct Line {
   NQ_TString key, value;
-  NQ_TString result{"before"};  // of the operations that give one; dropped
-  NQ_TURL url{};
+  std::string given{};  // what the operation gives
 
   int Number() const { return std::stoi(Text(value)); }
   NQ_TURL Url() const { return NQ_TURL(value); }
@@ -23,6 +23,32 @@ struct Line {
 
 void Define(TName& names, const Line& line, TName::TName_Type type, int lookup = 0) {
   names.Define(line.key, type, TName::TName_Lookup(lookup));
+}
+
+std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + Text(text); }
+
+template <class Template>
+std::string ResolvedUrl(TName& names, const Template& text) {
+  NQ_TURL url(S("old://h/p"));
+  const bool ok = names.Resolve(text, url);
+  return Marked(ok, url.Scheme() + "|" + url.Host() + "|" + url.Path());
+}
+
+/// What a stage leaves of a text, with its attribute in the token and in the definition.
+std::string Cut(TName& names, const std::string& attribute, const Line& line) {
+  const std::string specification = Text(line.value);
+  Define(names, {"A", ""}, TName::TName_TypeString);
+  names.SetValue("A", S("<<CDATA/>>") + line.key);
+  const std::string inToken = "A " + attribute + "=\"" + specification + "\"";
+  // A token cannot hold a quote, and an empty attribute of a token is none.
+  const bool fits = !specification.empty() && specification.find('"') == specification.npos;
+  const std::string first = fits ? ResolvedToken(names, inToken) : "",
+                    again = fits ? ResolvedToken(names, inToken) : "";
+  Do(names, attribute + " A = " + specification);
+  const std::string defined = ResolvedToken(names, "A");
+  EXPECT_EQ(Resolved(names, "<A/>"), defined == "!" ? "! <A/>" : defined) << inToken;
+  EXPECT_TRUE(!fits || (first == defined && again == defined)) << inToken << ": " << first << ", " << again;
+  return defined;
 }
 
 class Brackets : public TNameTranslator {
@@ -39,9 +65,23 @@ constexpr struct {
     {"category", &TName::SetCategory},     {"description", &TName::SetDescription},
     {"userinfo", &TName::SetUserInfo},     {"userdescription", &TName::SetUserDescription},
     {"visibility", &TName::SetVisibility}, {"localization", &TName::SetLocalization},
+
     {"format", &TName::SetFormat},         {"elem", &TName::SetElemValue},
     {"extract", &TName::SetExtractValue},  {"regex", &TName::SetRegExValue},
     {"string", &TName::SetValue},
+};
+
+constexpr struct {
+  std::string_view word;
+  const NQ_TString& (TName::*get)(const NQ_TString&) const;
+} kGetters[] = {
+    {"get category", &TName::GetCategory},
+    {"get description", &TName::GetDescription},
+    {"get userdescription", &TName::GetUserDescription},
+    {"get userinfo", &TName::GetUserInfo},
+    {"get visibility", &TName::GetVisibility},
+    {"get localization", &TName::GetLocalization},
+    {"get localization file", &TName::GetLocalizationFile},
 };
 
 constexpr TName::TLookupFunction kNoLookup = nullptr;
@@ -85,22 +125,47 @@ constexpr struct {
     {"no extract", [](TName& n, Line&) { n.SetExtractHandler(nullptr); }},
     {"no regex", [](TName& n, Line&) { n.SetRegExHandler(nullptr); }},
     {"is defined", [](TName& n, Line& l) { n.IsDefined(l.key); }},
-    {"keys", [](TName& n, Line&) { n.GetTNames(); }},
+    {"keys", [](TName& n, Line& l) { l.given = KeysText(n); }},
     {"get type", [](TName& n, Line& l) { n.GetType(l.key); }},
-    {"get value", [](TName& n, Line& l) { n.GetValue(l.key); }},
+    {"get value", [](TName& n, Line& l) { l.given = Text(n.GetValue(l.key)); }},
     {"has value", [](TName& n, Line& l) { n.HasValue(l.key); }},
     {"get raw", [](TName& n, Line& l) { n.GetRawData(l.key); }},
     {"is userdefined", [](TName& n, Line& l) { n.IsUserDefined(l.key); }},
-    {"resolve", [](TName& n, Line& l) { n.Resolve(l.key, l.result); }},
-    {"markers", [](TName& n, Line& l) { n.Resolve(l.key, "{", "}", l.result); }},
-    {"token", [](TName& n, Line& l) { n.ResolveTokenEx(l.key, l.result); }},
-    {"to url", [](TName& n, Line& l) { n.Resolve(l.key, l.url); }},
-    {"from url", [](TName& n, Line& l) { n.Resolve(NQ_TURL(l.key), l.url); }},
-    {"translate", [](TName& n, Line& l) { n.Translate(l.key, Brackets(), l.result); }},
-    {"back", [](TName& n, Line& l) { n.BackTranslate(l.key, Brackets(), l.result); }},
+    {"entry", [](TName& n, Line& l) { l.given = n.IsDefined(l.key) ? EntryText(n, Text(l.key)) : "none"; }},
+    {"resolve", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key)); }},
+    {"seen",
+     [](TName& n, Line& l) {  // often enough that the template is kept
+       for (int time = 1; time <= 2; ++time) Resolved(n, Text(l.key));
+       l.given = Resolved(n, Text(l.key));
+     }},
+    {"markers", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key), "{", "}", "before"); }},
+    {"between",
+     [](TName& n, Line& l) {
+       const std::string both = Text(l.value);
+       const std::size_t blank = both.find(' ');
+       l.given = Resolved(n, Text(l.key), both.substr(0, blank), both.substr(blank + 1));
+     }},
+    {"token", [](TName& n, Line& l) { l.given = ResolvedToken(n, Text(l.key)); }},
+    {"to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, l.key); }},
+    {"from url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TURL(l.key)); }},
+    {"value to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TAny(l.key)); }},
+    {"url value to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TAny(NQ_TURL(l.key))); }},
+    {"cut elem", [](TName& n, Line& l) { l.given = Cut(n, "elem", l); }},
+    {"cut extract", [](TName& n, Line& l) { l.given = Cut(n, "extract", l); }},
+    {"cut regex", [](TName& n, Line& l) { l.given = Cut(n, "regex", l); }},
+    {"translate",
+     [](TName& n, Line& l) {
+       n.Translate(l.key, Brackets(), l.key);
+       l.given = Text(l.key);
+     }},
+    {"back",
+     [](TName& n, Line& l) {
+       n.BackTranslate(l.key, Brackets(), l.key);
+       l.given = Text(l.key);
+     }},
 };
 
-void DoLine(TName& names, const std::string& line) {
+std::string DoLine(TName& names, const std::string& line) {
   std::string_view word;  // the longest one that the line begins with
   const auto begins = [&](std::string_view known) {
     return known.size() > word.size() && line.starts_with(known) && (line + " ")[known.size()] == ' ';
@@ -109,14 +174,19 @@ void DoLine(TName& names, const std::string& line) {
     if (begins(known.word)) word = known.word;
   for (const auto& known : kSetters)
     if (begins(known.word)) word = known.word;
+  for (const auto& known : kGetters)
+    if (begins(known.word)) word = known.word;
   const std::string operand = line.size() > word.size() ? line.substr(word.size() + 1) : "";
   const std::size_t equals = operand.find(" = ");
   Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
   for (const auto& known : kWords)
-    if (known.word == word) return known.act(names, parts);
+    if (known.word == word) return known.act(names, parts), parts.given;
   for (const auto& known : kSetters)
-    if (known.word == word) return (names.*known.set)(parts.key, parts.value);
+    if (known.word == word) return (names.*known.set)(parts.key, parts.value), "";
+  for (const auto& known : kGetters)
+    if (known.word == word) return Text((names.*known.get)(parts.key));
   ADD_FAILURE() << "unknown word in: " << line;
+  return "";
 }
 
 thread_local NQ_TDict seenEntry;
@@ -127,8 +197,6 @@ bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) {
   return true;
 }
 
-std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + Text(text); }
-
 }  // namespace
 
 std::string Text(const NQ_TAny& value) {
@@ -137,12 +205,14 @@ std::string Text(const NQ_TAny& value) {
   return out.str();
 }
 
-void Do(TName& names, std::string_view script) {
+std::string Do(TName& names, std::string_view script) {
+  std::string given;
   while (!script.empty()) {
     const std::size_t end = script.find("; ");
-    DoLine(names, std::string(script.substr(0, end)));
+    given = DoLine(names, std::string(script.substr(0, end)));
     script.remove_prefix(end == script.npos ? script.size() : end + 2);
   }
+  return given;
 }
 
 std::string Resolved(TName& names, std::string_view text) {
@@ -192,6 +262,21 @@ bool OtherThreadGetsLock(TName& names) {
     got.set_value();
   }).detach();
   return future.wait_for(std::chrono::seconds(30)) == std::future_status::ready;
+}
+
+std::vector<std::string> Lines(const std::string& file) {
+  std::ifstream in(VEXONAMES_SOURCE_DIR "/Tests/VexoNames/" + file);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);)
+    if (!line.empty() && line[0] != '#') lines.push_back(line);
+  EXPECT_GT(lines.size(), 0U) << file;
+  return lines;
+}
+
+std::vector<std::string> Split(std::string_view text) {
+  std::vector<std::string> pieces(1);
+  for (const char c : text) c == '|' ? void(pieces.emplace_back()) : pieces.back().push_back(c);
+  return pieces;
 }
 
 std::string Repeated(std::string_view text, int count) {

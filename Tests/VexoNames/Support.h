@@ -21,8 +21,9 @@ std::string Text(const NQ_TAny& value);
 ///   define B = 0 99             of a type and a lookup kind, by their numbers
 ///   format A = %s; elem A = _,1; category A = c                                 sets an attribute
 ///   undefine A; undefine; remove A; increment N; lookup A = 3; no type A; no elem
-///   resolve <A/>; token A; markers {A}; to url //h/<A/>; from url ftp://h/<A/>  result dropped
-void Do(TName& names, std::string_view script);
+///   resolve <A/>; token A; markers {A}; to url //h/<A/>; from url ftp://h/<A/>; entry A; get value A
+/// Returns what the last operation gives, as text: "! " stands before it when a token failed.
+std::string Do(TName& names, std::string_view script);
 
 class Names : public TName {
  public:
@@ -76,6 +77,12 @@ std::string Thrown(Action action) {
 
 /// Whether another thread gets the registry's lock within a generous time.
 bool OtherThreadGetsLock(TName& names);
+
+/// The lines of a file with cases beside the tests; those that begin with "#" are for the reader.
+std::vector<std::string> Lines(const std::string& file);
+
+/// The pieces between "|".
+std::vector<std::string> Split(std::string_view text);
 
 std::string Repeated(std::string_view text, int count);
 

@@ -1,4 +1,4 @@
-// Templates in another form, and back.
+// Templates in another form, and back. What the scan makes of markers is compared with a reference elsewhere.
 #include <thread>
 
 #include "Support.h"
@@ -6,15 +6,16 @@
 namespace names_test {
 namespace {
 
-/// Upper case, or lower case, between a prefix and a suffix; notes what it is asked.
+/// Upper case between a prefix and a suffix; notes what it is asked, and may do something with it.
 class Translator : public TNameTranslator {
  public:
-  Translator(std::string_view prefix, std::string_view suffix, bool upper = true)
-      : prefix_(prefix), suffix_(suffix), upper_(upper) {}
+  explicit Translator(std::string_view prefix = "[", std::string_view suffix = "]", void (*act)() = nullptr)
+      : prefix_(prefix), suffix_(suffix), act_(act) {}
 
   void TranslateName(const NQ_TString& in, NQ_TString& out) const override {
+    if (act_ != nullptr) act_();
     out = in;
-    upper_ ? out.ToUpper() : out.ToLower();
+    out.ToUpper();
     asked += Text(in) + ",";
   }
   NQ_TString GetPrefix() const override { return asked += "prefix,", prefix_; }
@@ -24,129 +25,80 @@ class Translator : public TNameTranslator {
 
  private:
   NQ_TString prefix_, suffix_;
-  bool upper_;
+  void (*act_)();
 };
 
-std::string Translated(const TName& names, const TNameTranslator& translator, std::string_view text) {
-  NQ_TString result("left over");
-  names.Translate(S(text), translator, result);
+std::string Translated(const TName& names, const Translator& translator, std::string_view text, bool back = false) {
+  NQ_TString result(text);  // the result may be the template
+  back ? names.BackTranslate(result, translator, result) : names.Translate(result, translator, result);
   return Text(result);
 }
 
-std::string TranslatedBack(const TName& names, const TNameTranslator& translator, std::string_view text) {
-  NQ_TString result("left over");
-  names.BackTranslate(S(text), translator, result);
-  return Text(result);
-}
-
-TEST(Translation, ReplacesTokensOfDefinedNames) {
+TEST(Translation, PrefixesAndSuffixesOfAnyKind) {
   const struct {
-    const char *text, *translated, *prefix = "[", *suffix = "]";
+    bool back;
+    const char *text, *translated, *prefix, *suffix;
   } rows[] = {
-      {"a <Name/> b", "a [NAME] b"},
-      {"a <<Name/>> b", "a [NAME] b"},
-      {"a <Other/> b", "a <Other/> b"},
-      {"a <Name format=\"%03d\"/> b", "a [NAME] b"},
-      {"x/> <Name/>", "x/> <Name/>"},
-      {"<Name/> x/> <Name/>", "[NAME] x/> <Name/>"},
-      {"<<CDATA/>><Name/>", "<Name/>"},
-      {"</>", "[]"},
-      {"<</>>", "[]"},
-      {"< />", "< />"},
-      {"<  Name />", "[NAME]"},
-      {"p <<Name/>> <Name/>", "p [NAME] <Name/>"},
-      {"<Name/>", "NAME", "", ""},
-      {"<Name/>", "<NAME/>", "<", "/>"},  // what is put in is not looked at again
+      {false, "<Name/>", "<NAME/>", "<", "/>"},  // what is put in is not looked at again
+      {true, "[Name][x]", "<<NAME/>><<X/>>", "[", "]"},
+      // With the same text before and after, each occurrence is an end that is its own beginning.
+      {true, "'A'", "<</>>A<</>>", "'", "'"},
+      {true, "a [B] c", "a [B] c", "", ""},
+      {true, "a [B] c", "a [B] c", "[", ""},
+      {true, "a [B] c", "a [B<</>> c", "", "]"},  // an empty prefix is found right at the suffix
   };
   Names names("text Name = <U/>");
   for (const auto& row : rows)
-    EXPECT_EQ(Translated(names, Translator(row.prefix, row.suffix), row.text), row.translated) << row.text;
+    EXPECT_EQ(Translated(names, Translator(row.prefix, row.suffix), row.text, row.back), row.translated) << row.text;
 }
 
-TEST(Translation, TurnsTextsBackIntoTokens) {
-  const struct {
-    const char *text, *tokens, *prefix = "[", *suffix = "]";
-  } rows[] = {
-      {"a [NAME] b", "a <<name/>> b"},
-      {"[X][Y]", "<<x/>><<y/>>"},  // defined or not
-      {"[]", "<</>>"},
-      {"[A[B]", "[A<<b/>>"},
-      {"x] [NAME]", "x] [NAME]"},
-      {"[A] x] [B]", "<<a/>> x] [B]"},
-      {"<p/>", "<<CDATA/>><p/>"},
-      {"/>p", "/>p"},
-      {"a/>", "<<CDATA/>>a/>"},
-      {"a/> b/>>", "a/> b/>>"},        // a double end marker: not marked
-      {"<p/>[A]", "<p/><<a/>>"},       // a token was written: not marked
-      {"<p/>x]", "<<CDATA/>><p/>x]"},  // none was: the suffix has no prefix
-      {"/> a/>", "/> a/>"},            // only the first one counts
-      {"{{{A}}}", "{<<a/>>}", "{{", "}}"},
-      {"<A/>", "<<a/>>", "<", "/>"},
-      // With the same text before and after, each occurrence is an end that is its own beginning.
-      {"'A'", "<</>>A<</>>", "'", "'"},
-      {"a [B] c", "a [B] c", "", ""},
-      {"a [B] c", "a [B] c", "[", ""},
-      {"a [B] c", "a [B<</>> c", "", "]"},  // an empty prefix is found right at the suffix
-  };
-  TName names;
-  for (const auto& row : rows)
-    EXPECT_EQ(TranslatedBack(names, Translator(row.prefix, row.suffix, false), row.text), row.tokens) << row.text;
+TEST(Translation, LiteralTextsAndKeys) {
+  const std::string mark = "<<CDATA/>>";
+  for (const std::string& text :
+       {mark + "abc", mark + mark, mark, std::string("abc"), " " + mark, std::string("<<CDATA/>")}) {
+    const bool marked = text.starts_with(mark);
+    EXPECT_EQ(TName::IsMarked(S(text)), marked) << text;
+    EXPECT_EQ(Text(TName::AddMarker(S(text))), marked ? text : mark + text);
+    EXPECT_EQ(Text(TName::RemoveMarker(S(text))), marked ? text.substr(mark.size()) : text);
+  }
+  EXPECT_EQ(TName::Encode("50% a/b<c>\xC3\xB8%20"), S("50%25%20a%2Fb%3Cc%3E\xC3\xB8%2520"));
 }
 
 TEST(Translation, AsksTheTranslatorOnceForItsFrame) {
   Names names("text A = x; text B = y");
-  Translator there("[", "]"), back("[", "]"), literal("[", "]");
+  const Translator there, back, literal;
   Translated(names, there, "<A elem=\"_,1\"/> <U/> <B/> <A/> </>");
   EXPECT_EQ(there.asked, "prefix,suffix,A,B,A,");
-  TranslatedBack(names, back, "[A] [B] []");
+  Translated(names, back, "[A] [B] []", true);
   EXPECT_EQ(back.asked, "suffix,prefix,A,B,,");
   Translated(names, literal, "<<CDATA/>><A/>");
   EXPECT_EQ(literal.asked, "");
 }
 
-TEST(Translation, ResultMayBeTheTemplate) {
-  Names names("text Name = x");
-  NQ_TString text("a <Name/> b <Name/>");
-  names.Translate(text, Translator("[", "]"), text);
-  EXPECT_EQ(text, S("a [NAME] b [NAME]"));
-  names.BackTranslate(text, Translator("[", "]", false), text);
-  EXPECT_EQ(text, S("a <<name/>> b <<name/>>"));
-  text = "<<CDATA/>>x";
-  names.Translate(text, Translator("[", "]"), text);
-  EXPECT_EQ(text, S("x"));
-}
-
-/// Does something with the names whenever it is asked for a name.
-class Acting : public TNameTranslator {
- public:
-  Acting(void (*act)(TName&), TName& names) : act_(act), names_(names) {}
-  void TranslateName(const NQ_TString& in, NQ_TString& out) const override { act_(names_), out = in; }
-  NQ_TString GetPrefix() const override { return "["; }
-  NQ_TString GetSuffix() const override { return "]"; }
-
- private:
-  void (*act_)(TName&);
-  TName& names_;
-};
+TName* inHand = nullptr;
 
 TEST(Translation, TranslatorsMayDoAnything) {
   const struct {
-    void (*act)(TName&);
+    void (*act)();
     const char* translated;
   } rows[] = {
-      {[](TName& n) { std::thread([&n] { n.IsDefined("A"); }).join(); }, "[A] [B] [A]"},  // the lock is free
-      {[](TName& n) { Do(n, "undefine"); }, "[A] <B/> <A/>"},
-      {[](TName& n) { Do(n, "number A = 1; resolve <A/><B/>"); }, "[A] [B] [A]"},
+      {[] { std::thread([] { inHand->IsDefined("A"); }).join(); }, "[A] [B] [A]"},  // the lock is free
+      {[] { Do(*inHand, "undefine"); }, "[A] <B/> <A/>"},
+      {[] { Do(*inHand, "number A = 1; resolve <A/><B/>"); }, "[A] [B] [A]"},
+      {[] { throw 5; }, nullptr},
   };
   for (const auto& row : rows) {
     Names names("text A = x; text B = y");
-    EXPECT_EQ(Translated(names, Acting(row.act, names), "<A/> <B/> <A/>"), row.translated);
+    inHand = &names;
+    const Translator translator("[", "]", row.act);
+    if (row.translated == nullptr) {
+      EXPECT_THROW(Translated(names, translator, "<A/>"), int);
+      EXPECT_THROW(Translated(names, translator, "[A]", true), int);
+    } else {
+      EXPECT_EQ(Translated(names, translator, "<A/> <B/> <A/>"), row.translated);
+    }
+    EXPECT_TRUE(OtherThreadGetsLock(names));
   }
-  Names names("text A = x");
-  const Acting thrower([](TName&) { throw 5; }, names);
-  EXPECT_THROW(Translated(names, thrower, "<A/>"), int);
-  EXPECT_THROW(TranslatedBack(names, thrower, "[A]"), int);
-  EXPECT_TRUE(OtherThreadGetsLock(names));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace templatenames {
@@ -35,95 +36,62 @@ TRegexOutcome Search(const std::string& pattern, const std::string& input, const
 }
 
 TEST(Regex, FirstGroup) {
-  const std::string longText(1'000, '.');
   const std::string longest(100'000, '.');
-  struct {
-    const char* name;
+  const struct {
     std::string pattern, input;
     TKind kind;
     std::string group;
-  } const cases[] = {
-      {"a group", "([0-9]+)", "job123x", TKind::Matched, "123"},
-      {"no match", "([0-9]+)", "job", TKind::NoMatch, ""},
-      {"no group", "[0-9]+", "job123x", TKind::NoGroup, ""},
-      {"the first of many groups", "(.)(.)(.)(.)", "abcd", TKind::Matched, "a"},
-      {"a nested group", "x((a)b)", "xab", TKind::Matched, "ab"},
-      {"an empty group", "a()b", "ab", TKind::Matched, ""},
-      {"only a later group took part", "(a)|(b)", "b", TKind::Matched, ""},
-      {"no group took part", "(a)?b", "b", TKind::NoGroup, ""},
-      {"empty pattern", "", "a", TKind::NoGroup, ""},
-      {"empty input", "(x*)", "", TKind::Matched, ""},
-      {"characters, not bytes", "^(..)\u20ac$", "\u00f8\U0001F4C4\u20ac", TKind::Matched, "\u00f8\U0001F4C4"},
-      {"case of other alphabets", "(?i)(\u00c4\u0416)", "x\u00e4\u0436", TKind::Matched, "\u00e4\u0436"},
-      {"a byte of a character", "(\\C)", "\u00f8", TKind::Matched, "\uFFFD"},
-      {"the match may begin late", "a\\Kb(c)", "abc", TKind::Matched, "c"},
-      {"a group within a condition", "x(?=(ab))", "xab", TKind::Matched, "ab"},
-      {"U+0000 in the input", "(b.)", "a\0b\0"s, TKind::Matched, "b\0"s},
-      {"U+0000 ends the pattern", "(a)\0(["s, "a", TKind::Matched, "a"},
-      {"long input", "(\\d+)", longText + "42", TKind::Matched, "42"},
-      {"long input and group", "x(.*)y", "x" + longText + "\u00f8y", TKind::Matched, longText + "\u00f8"},
-      {"very long input", "\\b(\\d+)", longest + "\u00f8 42", TKind::Matched, "42"},
-      {"very long, no match", "(\\d+)", longest, TKind::NoMatch, ""},
-      {"very long, anchored", "^(\\d+)", longest + "\n42", TKind::NoMatch, ""},
-      {"very long, at lines", "(?m)^(\\d+)", longest + "\n42", TKind::Matched, "42"},
-      {"very long, looking back", "(?<=\\.\u00f8)(\\d+)", longest + "\u00f842", TKind::Matched, "42"},
-      {"very long, either case", "(?i)(\\.M)", longest + "m.", TKind::Matched, ".m"},
-      {"very long, to the end", "(\\d*)$", longest + "42", TKind::Matched, "42"},
-      {"many steps from one place", "x((?:.|\\n)*)y", "x" + longest.substr(0, 20'000) + "y", TKind::Matched,
-       longest.substr(0, 20'000)},
+  } cases[] = {
+      {"", "a", TKind::NoGroup, ""},
+      {"(b.)", "a\0b\0"s, TKind::Matched, "b\0"s},
+      {"(a)\0(["s, "a", TKind::Matched, "a"},  // U+0000 ends the pattern
+      {"x(.*)y", "x" + longest.substr(0, 1000) + "\u00f8y", TKind::Matched, longest.substr(0, 1000) + "\u00f8"},
+      // Inputs so long that the search goes from start to start.
+      {"\\b(\\d+)", longest + "\u00f8 42", TKind::Matched, "42"},
+      {"(\\d+)", longest, TKind::NoMatch, ""},
+      {"^(\\d+)", longest + "\n42", TKind::NoMatch, ""},
+      {"(?m)^(\\d+)", longest + "\n42", TKind::Matched, "42"},
+      {"(?<=\\.\u00f8)(\\d+)", longest + "\u00f842", TKind::Matched, "42"},
+      {"(?i)(\\.M)", longest + "m.", TKind::Matched, ".m"},
+      {"(\\d*)$", longest + "42", TKind::Matched, "42"},
+      {"x((?:.|\\n)*)y", "x" + longest.substr(0, 20'000) + "y", TKind::Matched, longest.substr(0, 20'000)},
+      {"(" + std::string(16'382, 'a') + ")", std::string(16'382, 'a'), TKind::Matched, std::string(16'382, 'a')},
   };
   for (const auto& row : cases) {
-    SCOPED_TRACE(row.name);
+    SCOPED_TRACE(row.pattern.substr(0, 40));
     const TRegexOutcome outcome = Search(row.pattern, row.input);
     EXPECT_EQ(outcome.kind, row.kind);
     EXPECT_EQ(outcome.group, Text(row.group));
   }
-}
-
-TEST(Regex, RefusesPatterns) {
-  struct {
-    std::string pattern;
-    int offset;
-    std::string text;
-  } const cases[] = {
-      {"(", 1, "missing )"},
+  const std::tuple<std::string, int, std::string> refused[] = {
       {"a\u00f8[", 4, "missing terminating ] for character class"},
-      {"a**(", 2, "nothing to repeat"},
-      {"(?<x>a)(?<x>b)", 11, "two named subpatterns have the same name"},
       {Times(251, "(") + Times(251, ")"), 251, "parentheses are too deeply nested"},
       {"((((a{1,100}){1,100}){1,100}){1,100})", 37, "regular expression is too large"},
       {std::string(16'385, 'a'), 16'384, "regular expression is longer than 16384 bytes"},
   };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.pattern.substr(0, 40));
-    const TRegexOutcome outcome = Search(row.pattern, "a");
-    EXPECT_EQ(outcome.kind, TKind::CompileError);
-    EXPECT_EQ(outcome.errorOffset, row.offset);
-    EXPECT_EQ(outcome.errorText, row.text);
+  for (const auto& [pattern, offset, text] : refused) {
+    const TRegexOutcome outcome = Search(pattern, "a");
+    EXPECT_EQ(outcome.kind, TKind::CompileError) << pattern.substr(0, 40);
+    EXPECT_EQ(outcome.errorOffset, offset);
+    EXPECT_EQ(outcome.errorText, text);
   }
-  EXPECT_EQ(Search("(" + std::string(16'382, 'a') + ")", std::string(16'382, 'a')).kind, TKind::Matched);
 }
 
 // Each of these would run for ages, or out of stack; the stack here is small.
 void* SearchTheHostile(void*) {
-  struct {
-    std::string pattern, input;
-  } const cases[] = {
-      {"(a+)+$", Times(40, "a") + "b"},
+  const std::pair<std::string, std::string> cases[] = {
       {"(a+)+$", Times(100'000, "a") + "b"},
-      {"(a|aa)+$", Times(5'000, "a") + "b"},
       {"\\C(a+)+$", Times(300, "a") + "b"},
       {"(.|\\n)*x", Times(1'000'000, "a")},
-      {"\\C((?:a|b)*)x", Times(1'000'000, "a")},
       {"(\\((?:[^()]|(?1))*\\))", Times(200'000, "(")},
       {"((?:\\w{0,200}\\w{0,200})?[^y]*=)#", Times(4'000, "a") + "= #"},
       {"(\\w+)=#", Times(1'000'000, "a") + " #"},
       {"\\G(\\w*\\w*=)#|(*COMMIT)x", Times(100'000, "a") + "#"},
       {"((?2){73}(?2))((?1){73}(?1))", "a"},
   };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.pattern + " in " + row.input.substr(0, 40));
-    const TRegexOutcome outcome = Search(row.pattern, row.input);
+  for (const auto& [pattern, input] : cases) {
+    SCOPED_TRACE(pattern + " in " + input.substr(0, 40));
+    const TRegexOutcome outcome = Search(pattern, input);
     EXPECT_TRUE(outcome.kind == TKind::MatchError || outcome.kind == TKind::NoMatch);
     EXPECT_EQ(outcome.code < -1, outcome.kind == TKind::MatchError);
     EXPECT_TRUE(outcome.group.Empty());
@@ -170,13 +138,12 @@ TRegexOutcome PlainSearch(const std::string& pattern, const std::string& input) 
 }
 
 TEST(Regex, RandomPatternsGiveWhatThePlainSearchGives) {
-  constexpr unsigned kSeed = 7;
   static const std::string kPieces[] = {"a",     "b",     ".",      "\u00f8", "[ab]", "[^a]", "\\w",   "\\b",
                                         "^",     "$",     "\\d",    "-",      "A",    "\\s",  "(a|b)", "(?:.b)",
                                         "(\\w)", "(?=a)", "(?<!x)", "(?>a*)", "(",    ")",    "(?:",   "|",
                                         "*",     "+?",    "?",      "{1,2}",  "\\1",  "\\2",  "(?i)",  "\\K"};
   static const std::string kLetters[] = {"a", "b", "A", "x", "-", "1", " ", "\n", "\u00f8", "\u20ac"};
-  std::mt19937 random(kSeed);
+  std::mt19937 random(7);
   const auto some = [&](const auto& from, std::size_t count) {
     std::string text;
     while (count-- > 0) text += from[random() % std::size(from)];
@@ -186,9 +153,8 @@ TEST(Regex, RandomPatternsGiveWhatThePlainSearchGives) {
   for (int i = 0; i < 20'000; ++i) {
     const std::string pattern = "(" + some(kPieces, random() % 4) + ")" + some(kPieces, random() % 8);
     const std::string input = some(kLetters, random() % 30) + Times(i % 100 == 0 ? 3'000 : 0, "ab1 ");
-    const TRegexOutcome expected = PlainSearch(pattern, input);
-    const TRegexOutcome outcome = Search(pattern, input);
-    SCOPED_TRACE(pattern + " in " + input.substr(0, 100) + ", seed " + std::to_string(kSeed));
+    const TRegexOutcome expected = PlainSearch(pattern, input), outcome = Search(pattern, input);
+    SCOPED_TRACE(pattern + " in " + input.substr(0, 100));
     ASSERT_EQ(outcome.kind, expected.kind);
     ASSERT_EQ(outcome.group, expected.group);
     ASSERT_EQ(outcome.errorOffset, expected.errorOffset);
@@ -207,12 +173,9 @@ TEST(KeptRegex, KeepsABoundedNumberOfPatterns) {
 
   std::vector<std::weak_ptr<const TRegex>> small;
   for (int i = 0; i < 1'000; ++i) small.push_back(FindRegex(Text("(x" + std::to_string(i) + ")")));
+  EXPECT_LE(std::count_if(small.begin(), small.end(), [](const auto& weak) { return !weak.expired(); }), 256 + 16);
   std::vector<std::weak_ptr<const TRegex>> large;
   for (int i = 0; i < 60; ++i) large.push_back(FindRegex(Text(Times(3'200, "\\p{L}") + std::to_string(i))));
-  const auto alive = [](const auto& pointers) {
-    return std::count_if(pointers.begin(), pointers.end(), [](const auto& weak) { return !weak.expired(); });
-  };
-  EXPECT_LE(alive(small), 256 + 16);
   std::size_t bytes = 0;
   for (const auto& weak : large) {
     if (const auto regex = weak.lock()) bytes += regex->Bytes();
