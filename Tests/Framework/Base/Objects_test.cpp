@@ -6,7 +6,6 @@
 
 #include "NQ_TBoxed.h"
 #include "NQ_TTree.h"
-#include "NQ_TURL.h"
 #include "Support.h"
 
 namespace base_test {
@@ -20,22 +19,14 @@ class TLazy final : public NQ_TBoxed<TLazy, int, "TestLazy"> {
 };
 
 TEST(NQ_TClass, IsRegisteredWhenFirstAskedFor) {
-  EXPECT_EQ(NQ_TClass::Find("TestLazy"), nullptr);
   const TLazy lazy;
   EXPECT_EQ(NQ_TClass::Find("TestLazy"), nullptr);
   const auto* const classObject = static_cast<const NQ_TClass*>(lazy.NQ_DynamicInfo(nullptr));
-  EXPECT_EQ(NQ_TClass::Find("TestLazy"), classObject);
-  EXPECT_EQ(&TLazy::NQ_ClassObject(), classObject);
-  EXPECT_TRUE(classObject->InUse() && !TLazy::NQ_IsInterface());
-  EXPECT_EQ(TLazy::NQ_ParentClass(), &NQ_TObject::NQ_ClassObject());
-  EXPECT_EQ(classObject->InstanceSize(), sizeof(TLazy));
-  const std::unique_ptr<NQ_TObject> made(TLazy::NQ_Factory()());
-  EXPECT_STREQ(made->ClassName(), "TestLazy");
-
+  EXPECT_TRUE(NQ_TClass::Find("TestLazy") == classObject && classObject->InUse());
+  EXPECT_EQ(std::unique_ptr<NQ_TObject>(classObject->Factory()())->ClassName(), std::string("TestLazy"));
   NQ_TClass& plain = NQ_TClass::GetClassObject(true, "TestInterface", 8, nullptr, nullptr, nullptr);
-  EXPECT_FALSE(plain.InUse());
   EXPECT_EQ(&NQ_TClass::GetClassObject(false, "TestInterface", 16, &TLazy::NQ_ClassObject(), nullptr, nullptr), &plain);
-  EXPECT_TRUE(plain.IsInterface() && plain.Parent() == nullptr && plain.InstanceSize() == 8);
+  EXPECT_TRUE(plain.IsInterface() && plain.Parent() == nullptr && plain.InstanceSize() == 8 && !plain.InUse());
 }
 
 TEST(NQ_TObject, IsViewedByName) {
@@ -47,74 +38,48 @@ TEST(NQ_TObject, IsViewedByName) {
     const NQ_TObject& object;
     const char* views;  // the names under which the object has a view
   } cases[] = {
-      {text, "NQ_TString NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IHashable"},
-      {number, "NQ_TInt32 NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable"},
-      {tree, "NQ_TTree NQ_TDict NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IIteratable"},
-      {error, "NQ_ENoMatchingTreeKey NQ_EException NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IThrowable"},
+      {text, " NQ_TString NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IHashable "},
+      {number, " NQ_TInt32 NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable "},
+      {tree, " NQ_TTree NQ_TDict NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IIteratable "},
+      {error,
+       " NQ_ENoMatchingTreeKey NQ_EException NQ_TObject NQ_IInterface NQ_IPackable NQ_IPrintable NQ_IThrowable "},
   };
   for (const auto& row : cases) {
-    SCOPED_TRACE(row.object.ClassName());
     for (const std::string name : {"NQ_TString", "NQ_TInt32", "NQ_TTree", "NQ_TDict", "NQ_ENoMatchingTreeKey",
                                    "NQ_EException", "NQ_TObject", "NQ_IInterface", "NQ_IPackable", "NQ_IPrintable",
                                    "NQ_IHashable", "NQ_IIteratable", "NQ_IThrowable", "NQ_", ""}) {
-      SCOPED_TRACE(name);
-      const bool has =
-          !name.empty() && (" " + std::string(row.views) + " ").find(" " + name + " ") != std::string::npos;
+      SCOPED_TRACE(row.object.ClassName() + (" as " + name));
+      const bool has = std::string(row.views).find(" " + name + " ") != std::string::npos;
       const bool interface = name.starts_with("NQ_I");
       EXPECT_EQ(row.object.DynamicCast(name.c_str()) != nullptr, has);
       EXPECT_EQ(row.object.HasInterface(name.c_str()), has && interface);
       EXPECT_EQ(row.object.HasSuperclass(name.c_str()), has && !interface);
     }
     EXPECT_EQ(row.object.DynamicCast(nullptr), nullptr);
-    EXPECT_EQ(row.object.DynamicCast(row.object.ClassName()), row.object.NQ_MostDerivedObject());
   }
   // A view is cast to a pointer to just that class or interface.
   EXPECT_EQ(static_cast<const NQ_IHashable*>(text.DynamicCast("NQ_IHashable")), &text);
   EXPECT_EQ(static_cast<const NQ_IIteratable*>(tree.DynamicCast("NQ_IIteratable")), &tree);
   EXPECT_EQ(static_cast<const NQ_TDict*>(tree.DynamicCast("NQ_TDict")), &tree);
   EXPECT_EQ(static_cast<const NQ_IThrowable*>(error.DynamicCast("NQ_IThrowable")), &error);
-  EXPECT_EQ(static_cast<const NQ_TObject*>(error.DynamicCast("NQ_TObject")), &error);
-}
-
-TEST(NQ_TObject, ClonesAndMovesAreObjectsOfTheSameClass) {
-  NQ_EException error(S("m"), NQ_TAny(1));
-  const NQ_TTree tree;
-  for (const NQ_IPackable* object :
-       {static_cast<const NQ_IPackable*>(&error), static_cast<const NQ_IPackable*>(&tree)}) {
-    const std::unique_ptr<NQ_IPackable> clone(object->NQ_Clone(nullptr));
-    EXPECT_NE(clone.get(), object);
-    EXPECT_TRUE(clone->NQ_IsIdent(*object) && object->NQ_IsIdent(*clone));
-  }
-  const NQ_TDict dict;
-  EXPECT_FALSE(dict.NQ_IsIdent(tree) || tree.NQ_IsIdent(dict) || NQ_EException().NQ_IsIdent(NQ_EOutOfMemory()));
-  const std::unique_ptr<NQ_IPackable> moved(error.NQ_Move());
-  EXPECT_EQ(Printed(*dynamic_cast<NQ_IPrintable*>(moved.get())), "NQ_EException: m [1]");
+  EXPECT_FALSE(NQ_TDict().NQ_IsIdent(tree) || tree.NQ_IsIdent(NQ_TDict()));
 }
 
 TEST(NQ_EException, IsThrownAsItsOwnClassFromWhereItIsThrown) {
-  const int line = __LINE__ + 2;
+  const std::string site = "Tests/Framework/Base/Objects_test.cpp:" + std::to_string(__LINE__ + 2);
   try {
     nq::Throw(NQ_ENoMatchingTreeKey(S("message"), NQ_TAny(S("data"))));
   } catch (const NQ_EEntryIsNotASubtree&) {
     FAIL();
   } catch (const NQ_IThrowable& caught) {
     const auto& error = dynamic_cast<const NQ_ENoMatchingTreeKey&>(caught);
-    EXPECT_EQ(error.NQ_Message(), "message");
-    EXPECT_EQ(error.NQ_Data(), NQ_TAny("data"));
-    EXPECT_EQ(error.NQ_ExceptionLine(), static_cast<std::uint32_t>(line));
-    EXPECT_EQ(error.NQ_ExceptionFile(), "Tests/Framework/Base/Objects_test.cpp");
-    const std::string site = "Tests/Framework/Base/Objects_test.cpp:" + std::to_string(line);
     EXPECT_EQ(Printed(error), "NQ_ENoMatchingTreeKey: message [data] (" + site + ")");
-    EXPECT_EQ(Printed(error.NQ_StackTrace()), "(" + site + ")");
-
     NQ_ENoMatchingTreeKey again = error;
-    again.NQ_Message() = "changed";
     again.NQ_Data() = 1;
-    again.__PREPARE_FOR_THROW__(7, "other.cpp");
-    EXPECT_EQ(Printed(again.NQ_StackTrace()), "(" + site + ", other.cpp:7)");
-    EXPECT_EQ(Printed(again), "NQ_ENoMatchingTreeKey: changed [1] (other.cpp:7)");
     EXPECT_FALSE(again.NQ_IsIdent(error));
-    EXPECT_EQ(error.NQ_Message(), "message");
+    again.__PREPARE_FOR_THROW__(7, "other.cpp");
+    EXPECT_EQ(Printed(again), "NQ_ENoMatchingTreeKey: message [1] (other.cpp:7)");
+    EXPECT_EQ(Printed(again.NQ_StackTrace()), "(" + site + ", other.cpp:7)");
   }
 }
 

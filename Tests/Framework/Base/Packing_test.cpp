@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "NQ_TArray.h"
@@ -44,79 +43,76 @@ std::vector<NQ_TAny> Values() {
   NQ_ENoMatchingTreeKey error(S("message"), NQ_TAny(S("data")));
   error.__PREPARE_FOR_THROW__(4'000'000'000U, "folder/file.cpp");
   NQ_TList list;
-  list.Add(NQ_TAny());
-  list.Add(NQ_TAny(NQ_TAny::Illegal()));
-  list.Add(error);
+  for (const NQ_TAny& value : {NQ_TAny(), NQ_TAny::Illegal(), NQ_TAny(error)}) list.Add(NQ_TAny(value));
   NQ_TTree tree;
   tree.Add("list", list).Add("subtree", NQ_TTree(tree)).Add("", NQ_TDict());
-  std::vector<NQ_TAny> values = {NQ_TAny(), NQ_TAny::Illegal(), true, INT_MIN, -0.0, 1e300, "", error, list, tree};
-  values.emplace_back(NQ_TString(u"a\0\xD800\U0001F4C4", 5));
-  values.emplace_back(NQ_TURL(S("file://h/p q")));
-  values.emplace_back(NQ_TTime::FromMilliseconds(-1.5));
-  values.emplace_back(NQ_TInterval(2));
-  values.emplace_back(NQ_EOutOfMemory());
-  values.emplace_back(NQ_TDict(tree));
-  return values;
+  return {NQ_TAny(),
+          NQ_TAny::Illegal(),
+          true,
+          INT_MIN,
+          -0.0,
+          "",
+          error,
+          list,
+          tree,
+          NQ_TString(u"a\0\xD800\U0001F4C4", 5),
+          NQ_TURL(S("file://h/p q")),
+          NQ_TTime::FromMilliseconds(-1.5),
+          NQ_TInterval(2),
+          NQ_EOutOfMemory(),
+          NQ_TDict(tree)};
 }
 
 TEST(Packing, EveryValueComesBackEqual) {
   for (const NQ_TAny& value : Values()) {
-    SCOPED_TRACE(value.ClassName());
     const NQ_TAny again = Unpacked(Packed(value));
-    EXPECT_EQ(again, value);
-    EXPECT_STREQ(again.ClassName(), value.ClassName());
-    EXPECT_EQ(Printed(again), Printed(value));
+    EXPECT_EQ(again, value);  // of the same class, too
+    EXPECT_EQ(Packed(again), Packed(value)) << value;
   }
   const NQ_TString referred("x");
   EXPECT_EQ(Unpacked(Packed(NQ_TAny(static_cast<const NQ_IInterface*>(&referred)))), NQ_TAny(referred));
   EXPECT_EQ(Unpacked(Packed(Nested(200))), Nested(200));
-  NQ_TString text("before");
   NQ_TPacker packer;
   packer.PackString("after");
   NQ_TUnpacker unpacker(packer.Bytes());
+  NQ_TString text("before");
   text = unpacker;
   EXPECT_EQ(text, "after");
 }
 
 // Bytes of a variant that holds an object of a class with this content.
-std::string Object(const std::string& name, const std::string& content) {
-  NQ_TPacker packer;
-  packer.BeginClass(name.c_str());
-  const std::string begin = "*" + packer.Bytes();
-  NQ_TPacker end;
-  end.EndClass(name.c_str());
-  return begin + content + end.Bytes();
+std::string Object(const char* name, const std::string& content) {
+  NQ_TPacker begin, end;
+  begin.BeginClass(name);
+  end.EndClass(name);
+  return "*" + begin.Bytes() + content + end.Bytes();
 }
 
 TEST(Packing, MalformedBytesAreRefused) {
   const std::string huge("i\xFF\xFF\xFF\x7F", 5);  // 2^31 - 1 elements
   const std::string negative("i\xFF\xFF\xFF\xFF", 5);
+  std::string renamed = Packed(NQ_TAny(true));
+  renamed.replace(renamed.rfind('B'), 1, "b");
   const struct {
-    const char* name;
     std::string bytes;
     const char* reason;
   } cases[] = {
-      {"nothing", "", "it ends too early"},
-      {"unknown tag", "?", "a variant begins with an unknown tag"},
-      {"unknown class", Object("NQ_TNothing", ""), "an object is of an unknown class"},
-      {"class without objects", Object("NQ_TObject", ""), "an object is of an unknown class"},
-      {"other content", Object("NQ_TInt32", std::string("b\1", 2)), "an item is of another kind"},
-      {"content too long", Object("NQ_TBool", std::string("b\1b\1", 4)), "an item is of another kind"},
-      {"text of 2^32 - 1 units", "*{s\xFF\xFF\xFF\xFF", "it ends too early"},
-      {"array of 2^31 - 1", Object("NQ_TArray", huge), "a variant begins with an unknown tag"},
-      {"list of 2^31 - 1", Object("NQ_TList", huge), "a variant begins with an unknown tag"},
-      {"dictionary of 2^31 - 1", Object("NQ_TDict", huge), "an item is of another kind"},
-      {"array of -1", Object("NQ_TArray", negative), "a negative number of elements"},
-      {"tree of -1", Object("NQ_TTree", negative), "a negative number of elements"},
-      {"201 objects in each other", Packed(Nested(201)), "objects nest too deep"},
+      {"", "it ends too early"},
+      {"?", "a variant begins with an unknown tag"},
+      {Object("NQ_TNothing", ""), "an object is of an unknown class"},
+      {Object("NQ_TObject", ""), "an object is of an unknown class"},  // a class without objects
+      {Object("NQ_TInt32", std::string("b\1", 2)), "an item is of another kind"},
+      {Object("NQ_TBool", std::string("b\1b\1", 4)), "an item is of another kind"},
+      {"*{s\xFF\xFF\xFF\xFF", "it ends too early"},
+      {Object("NQ_TArray", huge), "a variant begins with an unknown tag"},
+      {Object("NQ_TDict", huge), "an item is of another kind"},
+      {Object("NQ_TList", negative), "a negative number of elements"},
+      {Packed(Nested(201)), "objects nest too deep"},
+      {renamed, "a section ends under another name"},
   };
   for (const auto& row : cases)
     EXPECT_EQ(Thrown([&] { Unpacked(row.bytes); }), std::string("NQ_EException: Malformed packed data: ") + row.reason)
-        << row.name;
-  std::string renamed = Packed(NQ_TAny(true));
-  renamed.replace(renamed.rfind('B'), 1, "b");
-  EXPECT_EQ(Thrown([&] { Unpacked(renamed); }),
-            "NQ_EException: Malformed packed data: a section ends under another name");
+        << row.bytes;
   EXPECT_EQ(Thrown([] { Packed(NQ_TPointer()); }), "NQ_EException: A pointer cannot be packed");
 }
 
@@ -131,13 +127,12 @@ TEST(Packing, DamagedBytesDoNoHarm) {
     for (int round = 0; round < 300; ++round) {
       std::string damaged = whole;
       damaged[random.Below(static_cast<unsigned>(whole.size()))] ^= static_cast<char>(1U << random.Below(8));
-      try {
+      const std::string thrown = Thrown([&] {
         NQ_TUnpacker unpacker(damaged);
         const std::string again = Packed(unpacker.UnpackAny());
         ASSERT_EQ(Packed(Unpacked(again)), again);
-      } catch (const NQ_EException& error) {
-        ASSERT_TRUE(error.NQ_Message().StartsWith("Malformed packed data: ")) << error;
-      }
+      });
+      ASSERT_TRUE(thrown.empty() || thrown.starts_with("NQ_EException: Malformed packed data: ")) << thrown;
     }
   }
 }

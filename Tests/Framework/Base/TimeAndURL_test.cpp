@@ -1,9 +1,9 @@
 // Times, URLs, and the files that URLs name.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <string>
 
 #include "NQ_TFileInfo.h"
@@ -14,60 +14,40 @@
 namespace base_test {
 namespace {
 
-/// The process's zone while it lives: Central European time, by rule and not by the zone files.
-class TZone {
- public:
-  TZone() : before_(std::getenv("TZ") == nullptr ? "" : std::getenv("TZ")) { Set("CET-1CEST,M3.5.0,M10.5.0/3"); }
-  ~TZone() { Set(before_); }
-  TZone(const TZone&) = delete;
-  TZone& operator=(const TZone&) = delete;
-
- private:
-  static void Set(const std::string& zone) {
-    if (zone.empty()) {
-      unsetenv("TZ");
-    } else {
-      setenv("TZ", zone.c_str(), 1);
-    }
-    tzset();
-  }
-
-  const std::string before_;
-};
-
 TEST(NQ_TTime, FormatsLocalTime) {
-  const TZone zone;
+  const char* const set = std::getenv("TZ");
+  const std::string before = set == nullptr ? "" : set;
+  setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);  // Central European time, by rule and not by the zone files
+  tzset();
   constexpr double kSummer = 1782903909'999.0;  // 2026-07-01T11:05:09.999Z
-  constexpr double kNoTime = std::numeric_limits<double>::quiet_NaN();
+  const std::string longest(65'536, 'x');
   const struct {
     double milliseconds;
-    std::string pattern;
-    std::string text;
+    std::string pattern, text;
   } cases[] = {
       {kSummer, "%Y-%m-%d %H:%M:%S %z %Z", "2026-07-01 13:05:09 +0200 CEST"},
-      {0, "%F %T %z", "1970-01-01 01:00:00 +0100"},
       {-1, "%F %T", "1970-01-01 00:59:59"},  // before a second is the second before
       {-2208988800000, "%F", "1900-01-01"},
       {253402300800000, "%F", "10000-01-01"},
       {6.7e18, "%m", "12"},
       {6.7e19, "%m", ""},
       {-6.7e19, "%m", ""},
-      {std::numeric_limits<double>::infinity(), "%m", ""},
-      {kNoTime, "%m", ""},
+      {INFINITY, "%m", ""},
+      {NAN, "%m", ""},
       {0, "", ""},
-      {0, "%%", "%"},
-      {0, "\xC3\xA9 %Y", "\xC3\xA9 1970"},
+      {0, "\xC3\xA9 %Y%%", "\xC3\xA9 1970%"},
       {0, std::string("%Y\0%m", 5), "1970"},
-      {0, std::string("\0%m", 3), ""},
-      {0, std::string(65'536, 'x'), std::string(65'536, 'x')},
-      {0, std::string(65'537, 'x'), ""},
+      {0, longest, longest},
+      {0, longest + "x", ""},
       {0, "%999999999Y", ""},
   };
   for (const auto& row : cases)
     EXPECT_EQ(NQ_TTime::FromMilliseconds(row.milliseconds).Format(S(row.pattern)).c_str(), row.text)
         << row.milliseconds << " " << row.pattern.substr(0, 20);
   EXPECT_EQ(Printed(NQ_TTime::FromMilliseconds(kSummer)), "2026-07-01 13:05:09");
-  EXPECT_FALSE(NQ_TTime::FromMilliseconds(kNoTime) == NQ_TTime::FromMilliseconds(kNoTime));
+  EXPECT_EQ(Printed(NQ_TTime::FromMilliseconds(0) - NQ_TTime::FromMilliseconds(1500)), "-1.5 s");
+  before.empty() ? unsetenv("TZ") : setenv("TZ", before.c_str(), 1);
+  tzset();
 }
 
 TEST(NQ_TTime, ReadsTheClockThatIsSet) {
@@ -77,47 +57,32 @@ TEST(NQ_TTime, ReadsTheClockThatIsSet) {
   EXPECT_EQ(NQ_TTime::SetClock(nullptr)(), 5.0);
   EXPECT_GE(NQ_TTime().Milliseconds(), before);
   NQ_TTime::SetClock(earlier);
-  const struct {
-    double milliseconds;
-    const char* printed;
-  } spans[] = {{0, "0 s"}, {1, "0.001 s"}, {-1500, "-1.5 s"}, {3'600'000, "3600 s"}, {1e300, "1e+297 s"}};
-  for (const auto& row : spans)
-    EXPECT_EQ(Printed(NQ_TTime::FromMilliseconds(row.milliseconds) - NQ_TTime::FromMilliseconds(0)), row.printed);
 }
 
 TEST(NQ_TURL, PartsAndText) {
   const struct {
-    const char *text, *scheme, *host, *path, *again, *file, *location, *folder, *local;
+    const char *text, *parts, *file, *location, *folder, *local;
   } cases[] = {
-      {"file:///", "file", "", "", "file:///", "", "file:///", "", "/"},
-      {"file://h/a/b/c.pdf", "file", "h", "a/b/c.pdf", "file://h/a/b/c.pdf", "c.pdf", "file://h/a/b", "b",
-       "//h/a/b/c.pdf"},
-      {"file:///a%20b", "file", "", "a%20b", "file:///a%20b", "a%20b", "file:///", "", "/a%20b"},
-      {"file://localhost/a", "file", "localhost", "a", "file://localhost/a", "a", "file://localhost/", "", "/a"},
-      {"http://h", "http", "h", "", "http://h/", "", "http://h/", "", "//h/"},
-      {"http://h//x", "http", "h", "/x", "http://h//x", "x", "http://h/", "", "//h//x"},
-      {"://h/x", "", "h", "x", "://h/x", "x", "://h/", "", "//h/x"},
-      {"a/b/", "", "", "a/b/", "a/b/", "", "a/b", "b", "/a/b/"},
-      {"", "", "", "", "", "", "", "", "/"},
+      {"file:///", "file||", "", "file:///", "", "/"},
+      {"file://h/a/b/c.pdf", "file|h|a/b/c.pdf", "c.pdf", "file://h/a/b", "b", "//h/a/b/c.pdf"},
+      {"file:///a%20b", "file||a%20b", "a%20b", "file:///", "", "/a%20b"},
+      {"file://localhost/a", "file|localhost|a", "a", "file://localhost/", "", "/a"},
+      {"http://h", "http|h|", "", "http://h/", "", "//h/"},
+      {"http://h//x", "http|h|/x", "x", "http://h/", "", "//h//x"},
+      {"://h/x", "|h|x", "x", "://h/", "", "//h/x"},
+      {"a/b/", "||a/b/", "", "a/b", "b", "/a/b/"},
+      {"", "||", "", "", "", "/"},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.text);
     const NQ_TURL url(S(row.text));
-    EXPECT_EQ(url.Scheme(), row.scheme);
-    EXPECT_EQ(url.Host(), row.host);
-    EXPECT_EQ(url.Path(), row.path);
-    EXPECT_EQ(url.Text(), row.again);
+    EXPECT_EQ(url.Scheme() + "|" + url.Host() + "|" + url.Path(), row.parts);
     EXPECT_EQ(url.FileName(), row.file);
     EXPECT_EQ(url.Location().Text(), row.location);
     EXPECT_EQ(url.FolderName(), row.folder);
     EXPECT_EQ(NQ_TFileInfo(url, true).LocalName(), row.local);
     EXPECT_EQ(NQ_TURL(url.Text()), url);
   }
-  NQ_TURL url;
-  url.SetScheme("file");
-  url.SetHost("h");
-  url.SetPath("p");
-  EXPECT_EQ(Printed(url), "file://h/p");
 }
 
 TEST(NQ_TURL, HexEncodeKeepsUnreservedCharactersAndSlashes) {
