@@ -2,7 +2,13 @@
 
 set(vexonames_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VexoNames)
 
-install(TARGETS VexoFramework VexoNames EXPORT VexoNamesTargets
+set(vexonames_libraries VexoFramework VexoNames)
+if(TARGET VexoMiddlewareGrpc)
+  list(APPEND vexonames_libraries VexoMiddlewareGrpc)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/Framework/MiddlewareGrpc DESTINATION ${VEXONAMES_INSTALL_HEADERS}/Framework
+          FILES_MATCHING PATTERN "*.h" PATTERN Private EXCLUDE)
+endif()
+install(TARGETS ${vexonames_libraries} EXPORT VexoNamesTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT VexoNamesTargets NAMESPACE VexoNames:: DESTINATION ${vexonames_package_dir})
 
@@ -37,5 +43,11 @@ set(pc_cflags "-I\${includedir}/VexoNames")
 foreach(folder IN LISTS VEXO_FRAMEWORK_INCLUDE_FOLDERS)
   string(APPEND pc_cflags " -I\${includedir}/VexoNames/${folder}")
 endforeach()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/VexoNames.pc.in ${PROJECT_BINARY_DIR}/VexoNames.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/VexoNames.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+set(pc_files VexoNames.pc)
+if(TARGET VexoMiddlewareGrpc)
+  list(APPEND pc_files VexoMiddlewareGrpc.pc)
+endif()
+foreach(file IN LISTS pc_files)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${file}.in ${PROJECT_BINARY_DIR}/${file} @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

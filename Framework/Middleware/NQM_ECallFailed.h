@@ -16,7 +16,7 @@ class NQ_EXPORT NQM_ECallFailed final : public NQ_TExceptionOf<NQM_ECallFailed, 
   static constexpr const char* kNoService = "no service";     ///< nothing answers to that name or port
   static constexpr const char* kUnreachable = "unreachable";  ///< no connection, or it broke during the call
   static constexpr const char* kDeadline = "deadline";        ///< no reply in time; the service may have done its work
-  static constexpr const char* kUnfit = "unfit";              ///< request or reply too large, too deep or malformed
+  static constexpr const char* kRefused = "refused";  ///< request or reply exceed a limit, or the server is overloaded
   static constexpr const char* kServiceFailed =
       "service failed";  ///< the service threw something else than NQ_EException
 

@@ -4,7 +4,6 @@
 #include <mutex>
 #include <utility>
 
-#include "NQM_ECallFailed.h"
 #include "NQM_TServices.h"
 
 namespace {

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <memory>
 
+#include "NQM_ECallFailed.h"
 #include "NQM_ITransport.h"
 
 /// A client of one service; service proxies derive from it. Any number of threads may call at once; the setters are

@@ -42,6 +42,7 @@ INCLUDE_FOLDERS = [
     "Framework",
     "Framework/Base",
     "Framework/Middleware",
+    "Framework/MiddlewareGrpc",
     "VexoNames/Public",
     "VexoNames/Private/Source",
     "VexoNames/Private/Source/templatenames",

@@ -26,7 +26,11 @@ const NQ_TAny& ValueInside(const NQ_TAny& value, const NQ_TString& rest, const N
 
 }  // namespace
 
-CFS_TProxy::CFS_TProxy() = default;
+// The exceptions of a server elsewhere arrive as what they are once their classes are known.
+CFS_TProxy::CFS_TProxy() {
+  CFS_EIllegalPath::NQ_ClassObject();
+  CFS_EValueNotSet::NQ_ClassObject();
+}
 CFS_TProxy::~CFS_TProxy() = default;
 
 void CFS_TProxy::AddCacheRoot(const NQ_TString& root) {

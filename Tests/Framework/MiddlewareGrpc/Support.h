@@ -1,0 +1,86 @@
+// What the tests of the network middleware share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "Base/Support.h"
+#include "NQM_ECallFailed.h"
+#include "NQM_TClient.h"
+#include "NQM_TGrpcServer.h"
+#include "NQM_TGrpcTransport.h"
+#include "NQ_TTree.h"
+
+namespace grpc_test {
+
+using base_test::Printed;
+using base_test::S;
+using base_test::Thrown;
+using namespace std::chrono_literals;
+
+/// One value of each kind that travels, the awkward ones included.
+std::vector<NQ_TAny> Values();
+/// Arrays in each other.
+NQ_TAny Nested(int depth);
+/// The packed form: equal bytes mean equal values, in equal order, whether or not a number equals itself.
+std::string Packed(const NQ_TAny& value);
+
+/// A certificate for "localhost", of now, that signs itself; certificateChain and rootCertificates are the same.
+NQM_TGrpcCredentials NewCertificate();
+
+/// {"M": method, "P1": first}
+inline NQ_TDict Request(const char* method, NQ_TAny first = {}) {
+  NQ_TDict request;
+  request.Add("M", method).Add("P1", std::move(first));
+  return request;
+}
+
+inline NQ_TAny FirstOf(const NQ_TDict& request) { return request.At("P1"); }
+
+/// Services, a server that offers them on this computer, and a transport that reaches it.
+class TNetwork {
+ public:
+  TNetwork() = default;
+  explicit TNetwork(const NQM_TGrpcServerOptions& options, NQM_TGrpcTransportOptions transportOptions = {})
+      : server(std::make_unique<NQM_TGrpcServer>(services, options)),
+        transport(std::make_unique<NQM_TGrpcTransport>(std::move(transportOptions))) {}
+
+  /// Calls the service of that name.
+  NQ_TAny Call(const char* name, const NQ_TDict& request, std::chrono::milliseconds timeout = 30s) {
+    return transport->Call({"", name, server->Port()}, request, timeout);
+  }
+  /// The cause of the failure of such a call; "" when it has a reply.
+  std::string CauseOf(const char* name, const NQ_TDict& request, std::chrono::milliseconds timeout = 30s) {
+    return Cause([&] { Call(name, request, timeout); });
+  }
+  template <class Action>
+  static std::string Cause(Action action) {
+    try {
+      action();
+      return "";
+    } catch (const NQM_ECallFailed& failure) {
+      return Printed(failure.Cause());
+    }
+  }
+
+  std::shared_ptr<NQM_TServices> services = std::make_shared<NQM_TServices>();
+  std::unique_ptr<NQM_TGrpcServer> server = std::make_unique<NQM_TGrpcServer>(services);
+  std::unique_ptr<NQM_TGrpcTransport> transport = std::make_unique<NQM_TGrpcTransport>();
+};
+
+/// Something that happens once, and that others wait for.
+class TEvent {
+ public:
+  void Happen() { promise_.set_value(); }
+  void Await() const { future_.wait(); }
+
+ private:
+  std::promise<void> promise_;
+  std::shared_future<void> future_{promise_.get_future()};
+};
+
+}  // namespace grpc_test
