@@ -49,6 +49,7 @@ TDateZone::TSpan TDateZone::FindSpan(double time) const {
   std::int32_t raw = 0, saving = 0;
   UErrorCode error = U_ZERO_ERROR;
   zone_->getOffset(time, false, raw, saving, error);
+  if (U_FAILURE(error) != 0) return span;  // no time that ICU knows; what stands there now is nothing to keep
   span.offset = raw + saving;
   if (rules_ == nullptr) return span;
   icu::TimeZoneTransition change;
