@@ -104,21 +104,13 @@ TEST(FormatNumber, Values) {
   }
 }
 
-TEST(FormatNumber, OptionsOfAnotherKindAreAbsent) {
-  NQ_TDict options;
-  options["Decimals"] = "2";
-  options["DecimalSeparator"] = 7;
-  options["Convert"] = "true";
-  options["AddLeadingZeros"] = 1;
-  options["PreferredIntegerLength"] = 5;
-  EXPECT_EQ(Formatted(&FormatFast, options, "1.5"), "1.5");
-}
-
 // An option may change in place, and come and go, between two values; another dictionary may take the place of one.
 TEST(FormatNumber, OptionsAreReadAnew) {
   NQ_TDict options = Options("Decimals=1");
   NQ_TAny& decimals = options["Decimals"];
   EXPECT_EQ(Formatted(&FormatFast, options, "1"), "1.0");
+  decimals = "2";  // of another kind: absent
+  EXPECT_EQ(Formatted(&FormatFast, options, "1"), "1");
   decimals = 2;
   EXPECT_EQ(Formatted(&FormatFast, options, "1"), "1.00");
   options["DecimalSeparator"] = ",";
@@ -184,16 +176,12 @@ TEST(FormatNumber, LengthsAreBounded) {
   struct {
     std::string options, value, formatted;
   } const cases[] = {
-      {"Decimals=4096", "1", "1.0{4096}"},
       {"Decimals=2147483647", "1", "1.0{4096}"},
       {"", "1." + zeros, "1.0{4096}"},
-      {"", "1 ." + junk, "1.0{4096}"},
-      {"AddLeadingZeros=true|PreferredIntegerLength=2147483647", "1", "0{4095}1"},
       {"AddLeadingZeros=true|PreferredIntegerLength=2147483647|Decimals=4096", "-1", "0{4094}-1.0{4096}"},
       {"Decimals=0", zeros + "1", "1"},
       {"Decimals=0", zeros + zeros + "1", "!0{120000}1"},  // does not end soon enough
       {"Decimals=0", "7" + junk, "7"},
-      {"Decimals=0", std::string(252, ' ') + "1234567890", "1234567890"},
       {"Decimals=0", std::string(65'600, ' ') + "1", "! {65600}1"},
   };
   for (const auto& row : cases) {
@@ -336,17 +324,6 @@ TEST_F(NumbersAgainstStreams, AreRoundedAsByStreams) {
 
 // ---- programs that change what streams do
 
-class TGlobalLocale {
- public:
-  explicit TGlobalLocale(const std::locale& locale) : before_(std::locale::global(locale)) {}
-  ~TGlobalLocale() { std::locale::global(before_); }
-  TGlobalLocale(const TGlobalLocale&) = delete;
-  TGlobalLocale& operator=(const TGlobalLocale&) = delete;
-
- private:
-  std::locale before_;
-};
-
 struct TUnderscoreIsSpace : std::ctype<wchar_t> {
   bool do_is(mask wanted, char_type c) const override {
     return ctype::do_is(wanted, c == L'_' ? L' ' : c == L' ' ? L'_' : c);
@@ -354,11 +331,9 @@ struct TUnderscoreIsSpace : std::ctype<wchar_t> {
 };
 
 struct TArabicDigits : std::ctype<wchar_t> {
-  char_type do_widen(char c) const override {
-    return c >= '0' && c <= '9' ? static_cast<char_type>(L'\u0660' + (c - '0')) : ctype::do_widen(c);
-  }
   const char* do_widen(const char* low, const char* high, char_type* to) const override {
-    for (; low != high; ++low) *to++ = do_widen(*low);
+    for (; low != high; ++low)
+      *to++ = *low >= '0' && *low <= '9' ? static_cast<char_type>(L'\u0660' + (*low - '0')) : ctype::do_widen(*low);
     return high;
   }
 };
@@ -377,23 +352,18 @@ struct TAlwaysSeven : std::num_get<wchar_t> {
 TEST(FormatNumber, TheGlobalLocaleCounts) {
   const std::locale& c = std::locale::classic();
   struct {
-    const char* name;
     std::locale locale;
     const char* of25;
   } const cases[] = {
-      {"classic", c, "formatted 2.5"},
-      {"C.UTF-8", std::locale("C.UTF-8"), "formatted 2.5"},
-      {"other punctuation", std::locale(c, new std::numpunct_byname<wchar_t>("C")), "formatted 2.5"},
-      {"spaces", std::locale(c, new TUnderscoreIsSpace), "formatted 2.5"},
-      {"digits", std::locale(c, new TArabicDigits), "refused 2.5"},
-      {"num_put", std::locale(c, new TStars), "formatted *"},
-      {"num_get", std::locale(c, new TAlwaysSeven), "formatted 7.0"},
+      {std::locale("C.UTF-8"), "formatted 2.5"},           {std::locale(c, new TUnderscoreIsSpace), "formatted 2.5"},
+      {std::locale(c, new TArabicDigits), "refused 2.5"},  {std::locale(c, new TStars), "formatted *"},
+      {std::locale(c, new TAlwaysSeven), "formatted 7.0"},
   };
   for (const auto& row : cases) {
-    SCOPED_TRACE(row.name);
-    const TGlobalLocale global(row.locale);
+    const std::locale before = std::locale::global(row.locale);
     EXPECT_EQ(ExpectSame(NQ_TDict(), "2.5"), row.of25);
     for (const char* value : {"_1.5", " 1.5", "_", "1.5_", "\u0661.\u0665"}) ExpectSame(NQ_TDict(), S(value));
+    std::locale::global(before);
   }
 }
 
