@@ -3,6 +3,7 @@
 #include "DateTokens.h"
 #include "FormatterAlone.h"
 #include "NumberTokens.h"
+#include "Records.h"
 #include "ReferenceEngines.h"
 #include "RegexTokens.h"
 #include "Subjects.h"
@@ -130,6 +131,28 @@ Subjects TextSubjects(const Encoding& encoding) {
   return subjects;
 }
 
+Subjects KeptReplies() {
+  const Workload w = ManyTokens(1'000, 20);
+  const auto steady = [&w](const char* name, const Registry& registry) {
+    return std::make_unique<Steady<VexoString>>(name, w.tokens, w.Expected(),
+                                                std::make_unique<VexoString>(registry, w.Template()));
+  };
+  Subjects subjects;
+  subjects.push_back(steady("plain", MakeRegistry(w)));
+  subjects.push_back(steady("cached_query", CachedRegistry(w)));
+  return subjects;
+}
+
+Subjects LoadedRecords() {
+  const auto steady = []<class Engine>(const char* name, std::unique_ptr<Engine> engine) {
+    return std::make_unique<Steady<Engine>>(name, kRecords, RecordsExpected(), std::move(engine));
+  };
+  Subjects subjects;
+  subjects.push_back(steady("dictionaries", std::make_unique<DictionariesAlone>()));
+  subjects.push_back(steady("records", std::make_unique<RecordsLoaded>()));
+  return subjects;
+}
+
 Subjects RegistrySizes() {
   const Workload few = SpreadNames(100), many = SpreadNames(kLargestRegistry);
   const Registry fewNames = MakeRegistry(few), manyNames = MakeRegistry(many);
@@ -182,6 +205,8 @@ constexpr Group kGroups[] = {
     {"xml", "four lines of 75 characters as XML", [] { return TextSubjects(kXml); }, kSlice, 1},
     {"url", "the same lines as parts of a URL", [] { return TextSubjects(kUrl); }, kSlice, 1},
     {"custom", "the same lines, four characters replaced", [] { return TextSubjects(kCustom); }, kSlice, 1},
+    {"queries", "W2, plain values and kept replies of services", KeptReplies, kSlice, 1},
+    {"records", "10,000 definition records; a token is a record", LoadedRecords, kLargeSlice, 4},
     {"names", "100 tokens over registries of 100 and 1,000,000 names", RegistrySizes, kSlice, 1},
     {"tokens", "templates of 1,000 and 1,000,000 tokens", TemplateSizes, kLargeSlice, 10},
 };

@@ -33,6 +33,8 @@ constexpr Target kTargets[] = {
     {"URL token", "url", "vexo_utf8", "by_hand"},
     {"custom formatter", "custom", "formatter", "by_hand", Cost, 1.5, 1.0},
     {"custom token", "custom", "vexo_utf8", "by_hand"},
+    {"kept reply of a service", "queries", "cached_query", "plain", Cost, 1.3, 1.05},
+    {"loading records", "records", "records", "dictionaries", Cost, 4.0, 2.0},
     {"1M names against 100", "names", "vexo_utf8 1M", "vexo_utf8 100"},
     {"1M names against 100, first sight", "names", "vexo_utf8 first 1M", "vexo_utf8 first 100"},
     {"1M names against 100, hand8", "names", "hand8 1M", "hand8 100"},
