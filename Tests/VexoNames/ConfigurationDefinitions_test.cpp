@@ -1,5 +1,7 @@
 // Names from the configuration server: what is read, in which order, and what is defined of it.
+#include <algorithm>
 #include <cstdlib>
+#include <ctime>
 
 #include "CFS/Server/cfs_tproxy.h"
 #include "NQ_TArray.h"
@@ -213,6 +215,31 @@ TEST(ConfigurationDefinitions, RepliesOfAnyShapeDefineWhatTheyHold) {
     }
   }
 }
+
+/// Processor time of this thread to load that many records, each with a file of its own; the best of three.
+double SecondsToLoad(int count) {
+  NQ_TTree records;
+  for (int i = 0; i < count; ++i) {
+    const NQ_TString number(std::to_string(i));
+    records.Add(NQ_TString("name") + number, NQ_TTree().Add("Type", "Name").Add("LocalizationFile", NQ_TAny(number)));
+  }
+  const Services services([&](const NQ_TDict& request) {
+    return Text(request.At("P1")).ends_with("/s") ? NQ_TAny("r") : NQ_TAny(records);
+  });
+  double best = 1e9;
+  for (int times = 0; times < 3; ++times) {
+    TName names;
+    const std::clock_t begin = std::clock();
+    EXPECT_TRUE(names.Define("t", "n", "s", "*", false));
+    EXPECT_EQ(names.GetLocalizationFiles().Count(), static_cast<unsigned>(count));
+    names.ClearCaches();
+    best = std::min(best, double(std::clock() - begin) / CLOCKS_PER_SEC);
+  }
+  return best;
+}
+
+// Ten times the names take about ten times as long; work that grows with the square would take a hundred times.
+TEST(ConfigurationDefinitions, LoadInLinearTime) { EXPECT_LT(SecondsToLoad(20'000), 35 * SecondsToLoad(2'000)); }
 
 // ---- localization files
 
