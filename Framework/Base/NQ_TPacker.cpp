@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "NQ_EException.h"
+#include "NQ_Initialization.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
 #include "NQ_TList.h"
@@ -19,8 +20,10 @@ constexpr int kMaxDepth = 200;  // objects in objects; bounds the stack that unp
   nq::Throw(NQ_EException(NQ_TString("Malformed packed data: ") + what));
 }
 
+}  // namespace
+
 // Classes register lazily; those that travel in variants must be known before the first one arrives.
-void RegisterValueClasses() {
+bool __NQ_INITIALIZATION_FUNCTION_NQ_Base__() {  // NOLINT(bugprone-reserved-identifier)
   static const bool done = [] {
     NQ_TString::NQ_ClassObject(), NQ_TInt32::NQ_ClassObject(), NQ_TBool::NQ_ClassObject();
     NQ_TDouble::NQ_ClassObject(), NQ_TTime::NQ_ClassObject(), NQ_TInterval::NQ_ClassObject();
@@ -30,10 +33,8 @@ void RegisterValueClasses() {
     NQ_EEntryIsNotASubtree::NQ_ClassObject(), NQ_EOutOfMemory::NQ_ClassObject();
     return true;
   }();
-  static_cast<void>(done);
+  return done;
 }
-
-}  // namespace
 
 void NQ_TPacker::Put(char tag, std::uint64_t value, unsigned size) {
   bytes_.push_back(tag);
@@ -77,7 +78,7 @@ void NQ_TPacker::PackAny(const NQ_TAny& value) {
   EndClass(value.ClassName());
 }
 
-NQ_TUnpacker::NQ_TUnpacker(std::string_view bytes) : rest_(bytes) { RegisterValueClasses(); }
+NQ_TUnpacker::NQ_TUnpacker(std::string_view bytes) : rest_(bytes) { __NQ_INITIALIZATION_FUNCTION_NQ_Base__(); }
 
 std::string_view NQ_TUnpacker::Take(std::size_t count) {
   if (count > rest_.size()) Malformed("it ends too early");

@@ -272,6 +272,7 @@ class NQ_EXPORT TName {
   NQ_TList GetLocalizationFiles() const;
 
  private:
+  friend class VexoNameUtils;  // defines the names of a tree
   class TRun;
   class TQuiet;
 

@@ -60,6 +60,19 @@ const NQ_TAny& CFS_TProxy::GetCached(const NQ_TString& path, bool zipped) {
   return found;
 }
 
+NQ_TString CFS_TProxy::GetServerTreeName() {
+  const std::lock_guard guard(lock_);
+  if (serverTreeName_.Empty()) {
+    NQ_TDict request;
+    request.Add("M", "ServerTreeName");
+    const NQ_TAny reply = Call(request);
+    const auto* const name = reply.As<NQ_TString>();
+    if (name == nullptr) nq::Throw(NQ_EIllegalCastFromAny("ServerTreeName", reply));
+    serverTreeName_ = *name;
+  }
+  return serverTreeName_;
+}
+
 // The roots are few, the path may be of any length.
 CFS_TProxy::TRoots::iterator CFS_TProxy::FindRoot(const NQ_TString& path) {
   auto longest = roots_.end();

@@ -38,6 +38,11 @@ class NQ_EXPORT CFS_TProxy : public NQM_TClient {
   /// proxy's end.
   const NQ_TAny& GetCached(const NQ_TString& path, bool zipped);
 
+  /// The name of the server's own tree below "/Resources": asked for once, by {"M": "ServerTreeName"}, and kept. Throws
+  /// what `Call` throws, and NQ_EIllegalCastFromAny when the reply is no text: then it is asked for again next time.
+  /// Any thread.
+  NQ_TString GetServerTreeName();
+
  private:
   using TRoots = std::map<NQ_TString, std::optional<NQ_TAny>>;
 
@@ -46,4 +51,5 @@ class NQ_EXPORT CFS_TProxy : public NQM_TClient {
 
   NQ_TMutex lock_;  // recursive: a service of this process that answers a fetch may read through the same proxy
   TRoots roots_;
+  NQ_TString serverTreeName_;  // empty: not asked for yet
 };

@@ -1,0 +1,38 @@
+// VexoNameUtils: names of the container that the input lies in.
+#include "Handlers.h"
+#include "NameGroups.h"
+#include "Reading.h"
+#include "Services/CW_TProxy.h"
+
+using systemnames::Attempt;
+using systemnames::Entry;
+using systemnames::Held;
+using systemnames::SetIfDefined;
+
+namespace {
+
+constexpr const char* kNames[] = {"containername", "containerurl"};
+
+}  // namespace
+
+void VexoNameUtils::SetContainerLookupHandler(TName& names) const {
+  systemnames::InstallAll(names, kNames, handlers_->container);
+}
+
+bool VexoNameUtils::LookupContainerInfo(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
+  return systemnames::ValueOf(key, names, value, [&] {
+    const NQ_TAny input = names.GetRawData("containername");
+    const auto& url = Held<NQ_TURL>(input);
+    CW_TProxy* const containers = containers_;
+    const NQ_TAny reply = containers == nullptr ? NQ_TAny() : containers->Call("FindParentContainer", url, false);
+    CalculateContainerVexoNames(reply.ValueOr(NQ_TDict()), names);
+  });
+}
+
+void VexoNameUtils::CalculateContainerVexoNames(const NQ_TDict& container, TName& names) {
+  Attempt([&] { SetIfDefined(names, "containername", systemnames::TextOrEmpty(container, "Name")); });
+  Attempt([&] {
+    const bool known = container.HasKey("URL");
+    SetIfDefined(names, "containerurl", known ? Entry<NQ_TURL>(container, "URL") : NQ_TURL(NQ_TString("file:///")));
+  });
+}

@@ -1,0 +1,103 @@
+// VexoNameUtils: names of the job.
+#include "Handlers.h"
+#include "NQ_TBoxed.h"
+#include "NameGroups.h"
+#include "Reading.h"
+#include "Requests.h"
+
+using systemnames::Attempt;
+using systemnames::TextOrEmpty;
+
+namespace {
+
+constexpr char kAnchor[] = "jobid";  // its raw data leads to the job
+
+constexpr struct {
+  const char* name;
+  const char* key;  // in what the job service says of a job
+} kNames[] = {
+    {"job", "Name"},
+    {"jobfolder", "Name"},
+    {"joborderid", "OrderId"},
+    {"jobsuborderid", "SubOrderId"},
+    {"jobdescription", "Description"},
+    {"jobduedate", "DueDate"},
+    {"jobduetime", "DueDate"},
+    {"jobcategory", "Category"},
+    {"jobcategory2", "Category2"},
+    {"jobcategory3", "Category3"},
+    {"jobcategory4", "Category4"},
+    {"jobcategory5", "Category5"},
+    {"jobcategory6", "Category6"},
+    {"jobcategory7", "Category7"},
+    {"jobcustomer", "Customer"},
+    {"jobcustomerref", "CustomerRef"},
+    {"jobscopemode", "ScopeMode"},
+    {"jobcsr", "CSR"},
+    {"jobcsremail", "CSREMail"},
+    {"jobprojectid", "ProjectId"},
+    {"jobfolderurl", "Url"},
+    {"joburl", "Url"},
+    {"jobmasterlocation", "CloudML"},
+};
+
+template <class T>
+bool SetAs(TName& names, const NQ_TString& name, const NQ_TAny& value) {
+  const auto* const held = value.As<T>();
+  if (held == nullptr) return false;
+  if constexpr (std::is_same_v<T, NQ_TInt32>)
+    names.SetValue(name, int{held->Value()});
+  else
+    names.SetValue(name, *held);
+  return true;
+}
+
+// By the kind of the value; what is of another kind sets nothing.
+constexpr bool (*kSetters[])(TName& names, const NQ_TString& name, const NQ_TAny& value) = {
+    SetAs<NQ_TString>, SetAs<NQ_TTime>, SetAs<NQ_TURL>, SetAs<NQ_TInt32>};
+
+// What a name holds when the job says nothing: the empty text, or the current time.
+void SetUnknown(TName& names, const NQ_TString& name) {
+  const TName::TName_Type type = names.GetType(name);
+  if (type == TName::TName_TypeString) names.SetValue(name, NQ_TString());
+  if (type == TName::TName_TypeTime) names.SetValue(name, NQ_TTime());
+}
+
+}  // namespace
+
+void VexoNameUtils::SetJobLookupHandler(TName& names) const {
+  for (const auto& row : kNames) systemnames::Install(names, row.name, handlers_->job);
+}
+
+bool VexoNameUtils::LookupJobInfo(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
+  return systemnames::ValueOf(key, names, value, [&] { CalculateJobVexoNames(FindJobInfo(names), names); });
+}
+
+void VexoNameUtils::CalculateJobVexoNames(const NQ_TDict& job, TName& names) {
+  for (const auto& row : kNames) {
+    const NQ_TString name(row.name);
+    if (!names.IsDefined(name)) continue;
+    Attempt([&] {
+      const NQ_TAny* const value = job.ValueOfKey(row.key);
+      if (value == nullptr) return SetUnknown(names, name);
+      for (const auto set : kSetters)
+        if (set(names, name, *value)) return;
+    });
+  }
+}
+
+// Asks once: what was found takes the place of what led to it, also when it is nothing.
+NQ_TDict VexoNameUtils::FindJobInfo(TName& names) const {
+  const NQ_TAny lead = names.GetRawData(kAnchor);
+  if (const auto* const job = lead.As<NQ_TDict>(); job != nullptr) return *job;
+  J_TProxy* const jobs = jobs_;
+  const auto* const id = lead.As<NQ_TString>();
+  const auto* const url = lead.As<NQ_TURL>();
+  if (jobs == nullptr || (id == nullptr && url == nullptr)) return {};
+  const NQ_TString jobId = id != nullptr ? *id : systemnames::AskForJobOf(*jobs, *url);
+  NQ_TDict job = jobId.Empty() ? NQ_TDict() : systemnames::AskForJob(*jobs, jobId);
+  names.SetRawData(kAnchor, job);
+  return job;
+}
+
+NQ_TString VexoNameUtils::FindJID(TName& names) const { return TextOrEmpty(FindJobInfo(names), "JID"); }

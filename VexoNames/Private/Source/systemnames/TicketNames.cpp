@@ -1,0 +1,65 @@
+// VexoNameUtils: names of the task's ticket and its owner.
+#include "Handlers.h"
+#include "NameGroups.h"
+#include "Reading.h"
+#include "Services/A_TProxy.h"
+#include "Ticket/AT_TTicket.h"
+
+using systemnames::Attempt;
+using systemnames::Entry;
+using systemnames::Held;
+using systemnames::SetIfDefined;
+
+namespace {
+
+constexpr const char* kNames[] = {"id", "shortid", "wfid", "taskname", "ticketname", "operator"};
+
+// The last segment of its path without "*"; a ticket of no particular name goes by its workflow's label.
+NQ_TString TicketName(const AT_TTicket& ticket) {
+  const NQ_TString path = ticket.GetTicketPath();
+  const NQ_TString name = path.Substring(path.Find('/', -1, true) + 1).Replace("*", "");
+  const NQ_TDict settings = ticket.GetSettings();
+  return name == "Default" && settings.HasKey("WFLab") ? Entry<NQ_TString>(settings, "WFLab") : name;
+}
+
+NQ_TString AccountOf(const AT_TTicket& ticket) {
+  const AT_TOperator who = ticket.GetOperator();
+  return who.domain.Empty() ? who.userName : who.userName + "@" + who.domain;
+}
+
+}  // namespace
+
+void VexoNameUtils::SetTicketLookupHandler(TName& names) const {
+  systemnames::InstallAll(names, kNames, handlers_->ticket);
+}
+
+void VexoNameUtils::SetTaskOwnerLookupHandler(TName& names) const {
+  systemnames::Install(names, "taskowner", handlers_->taskOwner);
+}
+
+bool VexoNameUtils::LookupTicket(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
+  return systemnames::ValueOf(key, names, value, [&] {
+    const NQ_TAny ticket = names.GetRawData("id");
+    CalculateTicketVexoNames(Held<AT_TTicket>(ticket), names);
+  });
+}
+
+void VexoNameUtils::CalculateTicketVexoNames(const AT_TTicket& ticket, TName& names) {
+  SetIfDefined(names, "id", ticket.GetTicketID());
+  SetIfDefined(names, "shortid", ticket.GetShortID());
+  SetIfDefined(names, "wfid", ticket.GetWorkflowID());
+  SetIfDefined(names, "taskname", ticket.GetTaskName());
+  Attempt([&] { SetIfDefined(names, "ticketname", TicketName(ticket)); });
+  Attempt([&] { SetIfDefined(names, "fileurl", Entry<NQ_TURL>(ticket.GetSettings(), "Inputfolder")); });
+  Attempt([&] { SetIfDefined(names, "operator", ticket.GetOperator().userName); });
+}
+
+bool VexoNameUtils::LookupTaskOwner(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
+  return systemnames::ValueOf(key, names, value, [&] {
+    const NQ_TAny ticket = names.GetRawData("taskowner");
+    const NQ_TString account = AccountOf(Held<AT_TTicket>(ticket));
+    A_TProxy* const accounts = accounts_;
+    if (accounts == nullptr) nq::Throw(NQ_EException("There is no user-account service"));
+    names.SetValue(key, accounts->GetUser(account).GetEMail());
+  });
+}
