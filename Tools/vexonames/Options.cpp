@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <iostream>
 
 #include "Errors.h"
@@ -18,6 +19,7 @@ the context file or the input, 3 when a service failed. "vexonames --help" shows
 
   vexonames resolve --context shop.json 'out/<<customer/>>_v<<version format="%03d"/>>.pdf'
   vexonames resolve --context shop.json --json < templates.txt
+  vexonames resolve --context shop.json --connect srv1:8088 '<<stock/>> sheets'
   vexonames names --context shop.json
   vexonames translate --context shop.json --back 'out/[Customer].pdf')";
 
@@ -63,12 +65,14 @@ std::optional<std::string> TextOf(const CLI::Option& option) {
 struct TParser {
   CLI::App app{"Resolves templates of named values.", "vexonames"};
   CLI::Option* context;
+  CLI::Option* connect;
   CLI::Option* json;
   CLI::Option* now;
   CLI::Option* zone;
   CLI::App* resolve;
   CLI::App* names;
   CLI::App* translate;
+  CLI::App* serve;
   CLI::Option* templates;
   CLI::Option* texts;
   CLI::Option* prefix;
@@ -81,6 +85,7 @@ struct TParser {
     app.fallthrough();
     app.set_version_flag("--version", std::string("vexonames ") + VEXONAMES_VERSION);
     context = app.add_option("--context", "JSON file that describes the names")->type_name("FILE");
+    connect = app.add_option("--connect", "ask services there, not those of the context")->type_name("HOST:PORT");
     json = app.add_flag("--json")->description("one JSON object per line, for programs");
     now =
         app.add_option("--now", "time to use as the current one: 2026-05-17T13:05:00+02:00, or ms")->type_name("TIME");
@@ -100,6 +105,9 @@ struct TParser {
     prefix = translate->add_option("--prefix", "before a description (default: [)")->type_name("TEXT");
     suffix = translate->add_option("--suffix", "after a description (default: ])")->type_name("TEXT");
     translate->add_flag("--back", options.back, "from descriptions to tokens");
+    serve = app.add_subcommand("serve", "offer the services of the context to other processes");
+    serve->add_option("--host", options.serveHost, "interface to listen on (default: localhost)")->type_name("HOST");
+    serve->add_option("--port", options.servePort, "port to listen on (default: any free one)")->type_name("PORT");
     for (CLI::Option* option : {templates, texts})
       option->type_name("")->expected(CLI::detail::expected_max_vector_size);
   }
@@ -120,10 +128,35 @@ std::optional<int> RefuseCommand(const CLI::App& app) {
   return Refuse("there is no command '" + Printable(others.front()) + '\'' + Suggestion(given, commands));
 }
 
+// "srv1:8088", "[::1]:8088"
+std::optional<NQM_TAddress> ParseAddress(std::string_view text) {
+  const std::size_t colon = text.rfind(':');
+  if (colon == std::string_view::npos || colon == 0) return std::nullopt;
+  std::string_view host = text.substr(0, colon);
+  if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
+  const std::string_view digits = text.substr(colon + 1);
+  std::uint16_t port = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), port);
+  if (error != std::errc() || end != digits.data() + digits.size() || port == 0) return std::nullopt;
+  return NQM_TAddress{NQ_TString(host), {}, port};
+}
+
+std::optional<int> ReadPlaces(const TParser& parser, TOptions& options) {
+  const std::optional<std::string> connect = TextOf(*parser.connect);
+  const bool serves = options.command == TOptions::TCommand::Serve;
+  if (serves && connect) return Refuse("serve offers the services of the context; it does not --connect");
+  if (serves && !options.context) return Refuse("serve needs --context");
+  if (!connect) return std::nullopt;
+  options.connect = ParseAddress(*connect);
+  if (!options.connect) return Refuse("--connect: '" + Printable(*connect) + "' is no HOST:PORT such as srv1:8088");
+  return std::nullopt;
+}
+
 std::optional<int> Read(const TParser& parser, TOptions& options) {
   using TCommand = TOptions::TCommand;
   options.command = parser.resolve->parsed()     ? TCommand::Resolve
                     : parser.translate->parsed() ? TCommand::Translate
+                    : parser.serve->parsed()     ? TCommand::Serve
                                                  : TCommand::Names;
   if (parser.json->count() > 0) options.form = TOptions::TForm::Json;
   if (parser.asTable) options.form = TOptions::TForm::Table;
@@ -139,7 +172,7 @@ std::optional<int> Read(const TParser& parser, TOptions& options) {
                     "' is no time such as 2026-05-17T13:05:00+02:00, nor milliseconds since 1970");
   }
   if (options.prefix.empty() || options.suffix.empty()) return Refuse("--prefix and --suffix cannot be empty");
-  return std::nullopt;
+  return ReadPlaces(parser, options);
 }
 
 }  // namespace

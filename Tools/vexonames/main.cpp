@@ -13,6 +13,7 @@
 #include "Context.h"
 #include "Errors.h"
 #include "NQM_TClient.h"
+#include "NQM_TGrpcTransport.h"
 #include "NQ_EException.h"
 #include "Text.h"
 #include "TimeText.h"
@@ -41,16 +42,21 @@ int Run(const TOptions& options) {
   TEngineLog log(options.debug > 0);
   names.SetDebugLevel(options.debug);
   const auto services = std::make_shared<NQM_TServices>();
-  const auto calls = std::make_shared<TServiceCalls>(services, NQM_TAddress());
+  std::shared_ptr<NQM_ITransport> transport = services;
+  if (options.connect) transport = std::make_shared<NQM_TGrpcTransport>();
+  const auto calls = std::make_shared<TServiceCalls>(transport, options.connect.value_or(NQM_TAddress()));
   NQM_TClient::SetTransport(calls);
   TContext context{names, *services};
   if (options.context) ReadContext(*options.context, context);
+  if (options.command == TOptions::TCommand::Serve) return RunServe(services, options);
   LoadDefinitions(context, *calls, log);
   switch (options.command) {
     case TOptions::TCommand::Resolve:
       return RunResolve(names, log, *calls, options);
     case TOptions::TCommand::Names:
       return RunNames(names, options);
+    case TOptions::TCommand::Serve:
+      break;
     case TOptions::TCommand::Translate:
       return RunTranslate(names, options);
   }
@@ -60,7 +66,8 @@ int Run(const TOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // writing then fails, which is said
+  std::signal(SIGPIPE, SIG_IGN);        // writing then fails, which is said
+  setenv("GRPC_VERBOSITY", "NONE", 0);  // what fails on the network is said here, in one line
   try {
     TOptions options;
     if (const std::optional<int> end = ParseOptions(argc, argv, options)) return *end;
