@@ -21,7 +21,8 @@ namespace {
 
 NQ_TAny One(const NQ_TDict&) { return 1; }
 
-/// A service that says when it has begun, and answers when it is told to.
+/// A service that says when it has begun, and answers when it is told to. It must outlive the server: a call may begin
+/// after its caller has given up.
 class TSlow {
  public:
   NQ_TAny operator()(const NQ_TDict&) {
@@ -54,8 +55,8 @@ TEST(GrpcDrills, ServerNotThere) {
 }
 
 TEST(GrpcDrills, ServerStopsDuringACall) {
-  TNetwork network;
   TSlow slow;
+  TNetwork network;
   network.services->Add("", "slow", Calling(slow));
   auto cause = std::async(std::launch::async, [&] { return network.CauseOf("slow", Request("Go")); });
   slow.AwaitBegin();
@@ -66,8 +67,8 @@ TEST(GrpcDrills, ServerStopsDuringACall) {
 }
 
 TEST(GrpcDrills, AGracefulStopLetsCallsEnd) {
-  TNetwork network;
   TSlow slow;
+  TNetwork network;
   network.services->Add("", "slow", Calling(slow));
   network.services->Add("", "it", One);
   auto cause = std::async(std::launch::async, [&] { return network.CauseOf("slow", Request("Go")); });
@@ -82,8 +83,8 @@ TEST(GrpcDrills, AGracefulStopLetsCallsEnd) {
 }
 
 TEST(GrpcDrills, ReplyAfterTheDeadline) {
-  TNetwork network;
   TSlow slow;
+  TNetwork network;
   network.services->Add("", "slow", Calling(slow));
   network.services->Add("", "it", One);
   EXPECT_EQ(network.CauseOf("slow", Request("Go"), 50ms), "deadline");
@@ -96,9 +97,9 @@ TEST(GrpcDrills, ReplyAfterTheDeadline) {
 TEST(GrpcDrills, TooManyCallsAtATime) {
   NQM_TGrpcServerOptions options;
   options.maxThreads = 4;
-  TNetwork network(options);
   std::atomic<int> waiting{0};
   TEvent released;
+  TNetwork network(options);
   network.services->Add("", "wait", [&](const NQ_TDict&) {
     ++waiting;
     released.Await();
