@@ -15,6 +15,10 @@
 // "/memcpy" with copying the result.
 //
 // The last table holds the ratios against their targets: the line must be kept, the aim is what we want.
+// The headline is "vexo": the caller holds its template as the workflow system's own text, NQ_TString, and takes
+// the result as one. "vexo_utf8" hands over UTF-8 and reads UTF-8 back, so that converting both ways is timed
+// too; its rows inform.
+//
 // "Times faster" rows turn the ratio round, and more is better. The quartiles say how much single rounds
 // scattered; when they lie far apart the machine was too busy for a verdict. Rows without a line inform.
 //

@@ -52,7 +52,7 @@ Subjects ThreadedSubjects() {
   subjects.push_back(TwoThreads<VexoString>("vexo", w));
   subjects.push_back(TwoThreads<VexoUtf8>("vexo_utf8", w));
   subjects.push_back(
-      TwoThreads<VexoUtf8>("vexo_shared", w, [&] { return std::make_unique<VexoUtf8>(shared, w.Template()); }));
+      TwoThreads<VexoString>("vexo_shared", w, [&] { return std::make_unique<VexoString>(shared, w.Template()); }));
   return subjects;
 }
 
@@ -64,6 +64,7 @@ std::unique_ptr<Subject> FirstSightOn(const char* name, const Workload& w) {
 Subjects FirstSightSubjects(const Workload& w) {
   Subjects subjects;
   subjects.push_back(FirstSightOn<Hand8>("hand8", w));
+  subjects.push_back(FirstSightOn<VexoString>("vexo", w));
   subjects.push_back(FirstSightOn<VexoUtf8>("vexo_utf8", w));
   return subjects;
 }
@@ -157,19 +158,19 @@ Subjects RegistrySizes() {
   const Workload few = SpreadNames(100), many = SpreadNames(kLargestRegistry);
   const Registry fewNames = MakeRegistry(few), manyNames = MakeRegistry(many);
   const auto steady = [](const char* name, const Workload& w, const Registry& registry) {
-    return std::make_unique<Steady<VexoUtf8>>(name, w.tokens, w.Expected(),
-                                              std::make_unique<VexoUtf8>(registry, w.Template()));
+    return std::make_unique<Steady<VexoString>>(name, w.tokens, w.Expected(),
+                                                std::make_unique<VexoString>(registry, w.Template()));
   };
   const auto first = [](const char* name, const Workload& w, const Registry& registry) {
-    return std::make_unique<FirstSight<VexoUtf8>>(name, w, std::make_unique<VexoUtf8>(registry, ""));
+    return std::make_unique<FirstSight<VexoString>>(name, w, std::make_unique<VexoString>(registry, ""));
   };
   Subjects subjects;
   subjects.push_back(SteadyOn<Hand8>("hand8 100", few));
   subjects.push_back(SteadyOn<Hand8>("hand8 1M", many));
-  subjects.push_back(steady("vexo_utf8 100", few, fewNames));
-  subjects.push_back(steady("vexo_utf8 1M", many, manyNames));
-  subjects.push_back(first("vexo_utf8 first 100", few, fewNames));
-  subjects.push_back(first("vexo_utf8 first 1M", many, manyNames));
+  subjects.push_back(steady("vexo 100", few, fewNames));
+  subjects.push_back(steady("vexo 1M", many, manyNames));
+  subjects.push_back(first("vexo first 100", few, fewNames));
+  subjects.push_back(first("vexo first 1M", many, manyNames));
   return subjects;
 }
 
@@ -178,8 +179,8 @@ Subjects TemplateSizes() {
   Subjects subjects;
   subjects.push_back(SteadyOn<Hand8>("hand8 1k", small));
   subjects.push_back(SteadyOn<Hand8>("hand8 1M", large));
-  subjects.push_back(SteadyOn<VexoUtf8>("vexo_utf8 1k", small));
-  subjects.push_back(SteadyOn<VexoUtf8>("vexo_utf8 1M", large));
+  subjects.push_back(SteadyOn<VexoString>("vexo 1k", small));
+  subjects.push_back(SteadyOn<VexoString>("vexo 1M", large));
   return subjects;
 }
 

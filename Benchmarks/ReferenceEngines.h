@@ -29,6 +29,8 @@ class Memcpy {
 
 class Hand8 {
  public:
+  using Input = std::string;
+
   explicit Hand8(const Workload& w);
   void Run() { Resolve(in_); }
   void Resolve(std::string_view text);

@@ -36,6 +36,12 @@ double TimeRuns(Engine& engine, long runs) {
   return NanosecondsBetween(begin, Clock::now());
 }
 
+// Before a slice an engine may get ready; that is not timed.
+template <class Engine>
+void Renew(Engine& engine) {
+  if constexpr (requires { engine.Renew(); }) engine.Renew();
+}
+
 // The runs that fill a slice, going by what a run took in the slice before.
 class RunLength {
  public:
@@ -62,6 +68,7 @@ class Steady : public Subject {
       : Subject(std::move(name), tokens), expected_(std::move(expected)), engine_(std::move(engine)) {}
 
   double Slice(double nanoseconds) override {
+    Renew(*engine_);
     engine_->Run();  // warms the caches, which the other subjects have used meanwhile
     const long runs = length_.Runs(*engine_, nanoseconds);
     const double took = TimeRuns(*engine_, runs);
@@ -93,11 +100,13 @@ class OnTwoThreads : public Subject {
   }
 
   double Slice(double nanoseconds) override {
+    Renew(*first_);
     first_->Run();
     const long runs = length_.Runs(*first_, nanoseconds);
     std::atomic<int> ready{0};
     Clock::time_point firstEnd, secondEnd;
     const auto work = [&](Engine& engine, Clock::time_point& end) {
+      Renew(engine);
       engine.Run();
       ++ready;
       while (ready < 2) {
@@ -125,8 +134,8 @@ class OnTwoThreads : public Subject {
   RunLength length_;
 };
 
-// A text never seen before in every run; the engine has Resolve(text). A slice is a batch of texts prepared
-// before the clock starts, of the same size for every engine, whatever slice length is asked for.
+// A text never seen before in every run; the engine has Resolve(text), which takes its Input. A slice is a batch of
+// texts prepared before the clock starts, of the same size for every engine, whatever slice length is asked for.
 template <class Engine>
 class FirstSight : public Subject {
  public:
@@ -137,7 +146,7 @@ class FirstSight : public Subject {
   }
 
   double Slice(double) override {
-    for (std::string& text : batch_) text = workload_.Template(Stamped(workload_.pieces, ++number_));
+    for (Input& text : batch_) text = Next();
     engine_->Resolve(batch_.front());
     const auto begin = Clock::now();
     for (std::size_t i = 1; i < batch_.size(); ++i) {
@@ -149,17 +158,20 @@ class FirstSight : public Subject {
     return took / double(batch_.size() - 1) / Tokens();
   }
   void Check() override {
-    engine_->Resolve(workload_.Template(Stamped(workload_.pieces, ++number_)));
+    engine_->Resolve(Next());
     ExpectNumber();
   }
 
  private:
+  using Input = typename Engine::Input;
+
+  Input Next() { return Input(std::string_view(workload_.Template(Stamped(workload_.pieces, ++number_)))); }
   void ExpectNumber() const { Expect(workload_.Expected(Stamped(workload_.pieces, number_)), engine_->Text()); }
 
   Workload workload_;
   std::unique_ptr<Engine> engine_;
   unsigned number_ = 0;
-  std::vector<std::string> batch_;
+  std::vector<Input> batch_;
 };
 
 }  // namespace bench

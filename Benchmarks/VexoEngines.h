@@ -1,7 +1,8 @@
 // The library as its callers use it: a registry that holds the workload's names, and TName::Resolve with a
 // result that is used again. Several engines may share one registry.
 //
-//   VexoString  the caller holds its template as an NQ_TString
+//   VexoString  the caller holds its template as an NQ_TString, the workflow system's own text, and takes the result
+//               as one; each slice starts with a template that the library has never seen as an object
 //   VexoUtf8    the caller hands over UTF-8 each time and reads UTF-8 back; both conversions are timed
 #pragma once
 
@@ -21,9 +22,14 @@ Registry MakeRegistry(const Workload& w);
 
 class VexoString {
  public:
+  using Input = NQ_TString;
+
   VexoString(Registry registry, const std::string& text);
   explicit VexoString(const Workload& w) : VexoString(MakeRegistry(w), w.Template()) {}
-  void Run() { resolved_ &= registry_->Resolve(in_, out_); }
+  // Another object with the same text, so that nothing is kept with it from earlier slices.
+  void Renew() { in_ = NQ_TString(in_.StringView()); }
+  void Run() { Resolve(in_); }
+  void Resolve(const NQ_TString& text) { resolved_ &= registry_->Resolve(text, out_); }
   std::string Text() const;
 
  private:
@@ -34,6 +40,8 @@ class VexoString {
 
 class VexoUtf8 {
  public:
+  using Input = std::string;
+
   VexoUtf8(Registry registry, std::string text) : registry_(std::move(registry)), in_(std::move(text)) {}
   explicit VexoUtf8(const Workload& w) : VexoUtf8(MakeRegistry(w), w.Template()) {}
   void Run() { Resolve(in_); }
