@@ -6,7 +6,8 @@ add_compile_options(
   -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
   # Exceptions report where they were thrown: the path below the project's folder, on every machine the same.
   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
-  # A call inside a library to its own exported function needs no detour through the symbol table.
+  # A call inside a library to its own exported function needs no detour through the symbol table; nor when that
+  # function is in another source file (the linker's half of it, below).
   -fno-semantic-interposition)
 
 if(VEXONAMES_WERROR)
@@ -17,5 +18,5 @@ if(VEXONAMES_SANITIZE)
   add_compile_options(-fsanitize=${VEXONAMES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${VEXONAMES_SANITIZE})
 else()
-  add_link_options(-Wl,--as-needed -Wl,--no-undefined)
+  add_link_options(-Wl,--as-needed -Wl,--no-undefined -Wl,-Bsymbolic-functions)
 endif()

@@ -71,6 +71,10 @@ class NQ_EXPORT NQ_TAny {
   /// Equal content of the same class; objects held by reference are equal when they are the same object.
   bool operator==(const NQ_TAny& other) const;
 
+  /// Whether what is held can change only when this variant does: it is neither held by reference nor has a pointer to
+  /// write through been given out.
+  bool IsSteady() const { return held_ != nullptr && !held_->lent && held_->Packable() != nullptr; }
+
   /// The 32-bit integer; throws NQ_EIllegalCastFromAny when the variant holds none.
   std::int32_t AsInt32() const;
   explicit operator std::int32_t() const { return AsInt32(); }

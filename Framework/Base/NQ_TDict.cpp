@@ -157,7 +157,7 @@ NQ_TDict& NQ_TDict::operator=(NQ_TDict&& other) noexcept {
 }
 
 NQ_TDict& NQ_TDict::Add(const NQ_IHashable& key, NQ_TAny&& value) {
-  shared_.Write().FindOrInsert(key.KeyText()).value = std::move(value);
+  shared_.Write(NextVersion()).FindOrInsert(key.KeyText()).value = std::move(value);
   return *this;
 }
 
@@ -196,7 +196,7 @@ const NQ_TAny& NQ_TDict::At(const NQ_IHashable& key) const {
 }
 
 void NQ_TDict::Remove(const NQ_IHashable& key) {
-  if (HasKey(key)) shared_.Write().Remove(key.KeyText());
+  if (HasKey(key)) shared_.Write(NextVersion()).Remove(key.KeyText());
 }
 
 void NQ_TDict::Clear() { shared_.Reset(); }

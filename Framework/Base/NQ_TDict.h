@@ -79,6 +79,10 @@ class NQ_EXPORT NQ_TDict : public NQ_TValueOf<NQ_TDict, NQ_TContainer, "NQ_TDict
   /// addresses of values found earlier are still right, and so is the absence of a key.
   std::uint64_t KeysVersion() const;
 
+  /// Changes with everything that Add and Remove do, and never comes back for another content. 0 when that cannot be
+  /// told: the dictionary has no keys yet, or non-const access has given out a value to be written.
+  std::uint64_t ContentVersion() const { return shared_.Version(); }
+
   /// Equal keys with equal values, whatever their order.
   bool operator==(const NQ_TDict& other) const;
   /// {key = value, key = value}

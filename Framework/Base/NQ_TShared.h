@@ -5,6 +5,13 @@
 #include <cstdint>
 #include <utility>
 
+/// What stands before a content that is shared.
+struct NQ_TSharedHead {
+  std::atomic<std::uint32_t> owners{1};
+  bool lent = false;
+  std::uint64_t version = 0;
+};
+
 /// A content that copies share until one of them is changed. Reading from several threads is safe; each owner may
 /// change its own copy. Once a reference to write through has left the container (`Lend`), copies no longer share with
 /// it, so that what is written later shows in one container only.
@@ -12,65 +19,72 @@ template <class Content>
 class NQ_TShared {
  public:
   NQ_TShared() = default;
-  NQ_TShared(const NQ_TShared& other) : cell_(other.Share()) {}
-  NQ_TShared(NQ_TShared&& other) noexcept : cell_(std::exchange(other.cell_, nullptr)) {}
+  NQ_TShared(const NQ_TShared& other) : head_(other.Share()) {}
+  NQ_TShared(NQ_TShared&& other) noexcept : head_(std::exchange(other.head_, nullptr)) {}
   ~NQ_TShared() { Release(); }
   NQ_TShared& operator=(const NQ_TShared& other) {
     if (this != &other) {
-      TCell* const shared = other.Share();
+      NQ_TSharedHead* const shared = other.Share();
       Release();
-      cell_ = shared;
+      head_ = shared;
     }
     return *this;
   }
   /// The other may lie inside this content: it is emptied before the content goes.
   NQ_TShared& operator=(NQ_TShared&& other) noexcept {
     NQ_TShared moved(std::move(other));
-    std::swap(cell_, moved.cell_);
+    std::swap(head_, moved.head_);
     return *this;
   }
 
   /// The content, or null when it was never written.
-  const Content* Read() const { return cell_ == nullptr ? nullptr : &cell_->content; }
+  const Content* Read() const { return head_ == nullptr ? nullptr : &Cell()->content; }
   /// The content, made this owner's own.
   Content& Write() {
-    if (cell_ == nullptr) {
-      cell_ = new TCell;
-    } else if (cell_->owners.load(std::memory_order_acquire) != 1) {
-      auto* const own = new TCell(cell_->content);
+    if (head_ == nullptr) {
+      head_ = new TCell;
+    } else if (head_->owners.load(std::memory_order_acquire) != 1) {
+      auto* const own = new TCell(Cell()->content);
       Release();
-      cell_ = own;
+      head_ = own;
     }
-    return cell_->content;
+    return Cell()->content;
+  }
+  /// As Write, and gives the content a version.
+  Content& Write(std::uint64_t version) {
+    Content& content = Write();
+    head_->version = version;
+    return content;
   }
   /// As Write, when a reference into the content is given away.
   Content& Lend() {
     Content& content = Write();
-    cell_->lent = true;
+    head_->lent = true;
     return content;
   }
+  /// The version last given to the content; 0 when it has none, and once it is lent.
+  std::uint64_t Version() const { return head_ == nullptr || head_->lent ? 0 : head_->version; }
   /// Without content, as if it had never been written.
   void Reset() { *this = NQ_TShared(); }
-  bool Same(const NQ_TShared& other) const { return cell_ == other.cell_; }
+  bool Same(const NQ_TShared& other) const { return head_ == other.head_; }
 
  private:
-  struct TCell {
+  struct TCell : NQ_TSharedHead {
     TCell() = default;
     explicit TCell(const Content& copied) : content(copied) {}
-    std::atomic<std::uint32_t> owners{1};
-    bool lent = false;
     Content content;
   };
 
-  TCell* Share() const {
-    if (cell_ == nullptr) return nullptr;
-    if (cell_->lent) return new TCell(cell_->content);
-    cell_->owners.fetch_add(1, std::memory_order_relaxed);
-    return cell_;
+  TCell* Cell() const { return static_cast<TCell*>(head_); }
+  NQ_TSharedHead* Share() const {
+    if (head_ == nullptr) return nullptr;
+    if (head_->lent) return new TCell(Cell()->content);
+    head_->owners.fetch_add(1, std::memory_order_relaxed);
+    return head_;
   }
   void Release() noexcept {
-    if (cell_ != nullptr && cell_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) delete cell_;
+    if (head_ != nullptr && head_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) delete Cell();
   }
 
-  TCell* cell_ = nullptr;
+  NQ_TSharedHead* head_ = nullptr;  // of a TCell
 };

@@ -314,7 +314,7 @@ void NQ_TString::Truncate(unsigned int length) {
     *this = NQ_TString(StringView().substr(0, length));
     return;
   }
-  ForgetDerived(text_);
+  if (HasDerived(*text_)) ForgetDerived(text_);
   text_->length = length;
   text_->Units()[length] = 0;
 }
@@ -346,13 +346,9 @@ std::uint64_t NQ_TString::HashOf(std::u16string_view units) {
   return hash == 0 ? 1 : hash;
 }
 
-std::uint64_t NQ_TString::Hash() const {
-  if (text_ == nullptr) return HashOf({});
-  std::uint64_t hash = text_->hash.load(std::memory_order_relaxed);
-  if (hash == 0) {
-    hash = HashOf(StringView());
-    text_->hash.store(hash, std::memory_order_relaxed);
-  }
+std::uint64_t NQ_TString::ComputeHash() const {
+  const std::uint64_t hash = HashOf(StringView());
+  if (text_ != nullptr) text_->hash.store(hash, std::memory_order_relaxed);
   return hash;
 }
 

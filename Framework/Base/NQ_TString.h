@@ -121,7 +121,10 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   }
 
   /// A hash of the text, the same for equal texts within this run of the program; computed once per text.
-  std::uint64_t Hash() const;
+  std::uint64_t Hash() const {
+    const std::uint64_t known = text_ == nullptr ? 0 : text_->hash.load(std::memory_order_relaxed);
+    return known != 0 ? known : ComputeHash();
+  }
   /// The hash that a string of these units has.
   static std::uint64_t HashOf(std::u16string_view units);
 
@@ -165,8 +168,12 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   static void Release(TText* text) noexcept {
     if (text != nullptr && text->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy(text);
   }
+  std::uint64_t ComputeHash() const;
   static TNarrow* MakeNarrow(TText& text);
   static TNarrow* WithRoom(TNarrow* narrow, std::size_t capacity);
+  static bool HasDerived(const TText& text) {
+    return text.hash.load(std::memory_order_relaxed) != 0 || text.narrow.load(std::memory_order_relaxed) != nullptr;
+  }
   static void ForgetDerived(TText* text) noexcept;
   void AssignUtf8(std::string_view utf8);
   void Grow(std::size_t length);
@@ -178,8 +185,7 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
 inline char16_t* NQ_TString::AppendUninitialized(unsigned int count) {
   const std::size_t length = std::size_t{Length()} + count;
   if (text_ == nullptr || text_->capacity < length || text_->Shared()) Grow(length);
-  if (text_->hash.load(std::memory_order_relaxed) != 0 || text_->narrow.load(std::memory_order_relaxed) != nullptr)
-    ForgetDerived(text_);
+  if (HasDerived(*text_)) ForgetDerived(text_);
   char16_t* const end = text_->Units() + text_->length;
   text_->length = static_cast<std::uint32_t>(length);
   text_->Units()[length] = 0;

@@ -50,6 +50,7 @@ class TNameStore;
 struct TEntrySlots;
 struct TKeptTemplate;
 struct TMarkers;
+struct TPlan;
 struct TToken;
 }  // namespace templatenames
 
@@ -283,6 +284,9 @@ class NQ_EXPORT TName {
     std::int64_t characters = 0;
     int regexErrors = 0;  // searches that ran into a limit
     int queries = 0;      // as many may still be made
+
+    /// Each of those may have taken a second: after ten, the others fail at once.
+    bool RegexSpent() const { return regexErrors >= 10; }
   };
 
   // Registry.cpp
@@ -296,7 +300,7 @@ class NQ_EXPORT TName {
 
   // Formatting.cpp
   bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);
-  bool AppendFormatted(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
+  bool AppendFormatted(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
 
   // Translation.cpp
   bool TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const;
@@ -307,27 +311,33 @@ class NQ_EXPORT TName {
   void AppendResolved(const NQ_TString& text, NQ_TString& out, int& count);
   void AppendScanned(const NQ_TString& text, const templatenames::TMarkers& markers, NQ_TString& out, int& count);
   void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
-  bool AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count);
-  bool AppendToken(templatenames::TToken& token, NQ_TString& out, int& count);
   bool ResolveEmptyToken() const;
-  void AppendLiteral(std::u16string_view text, NQ_TString& out);
-  void AppendText(std::u16string_view text, NQ_TString& out);
-  static void AppendFree(std::u16string_view text, NQ_TString& out);
   bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }
 
-  // ValueProduction.cpp
+  // StoredValues.cpp
+  bool AppendPiece(std::u16string_view literal, std::u16string_view tokenText, NQ_TString& out, int& count);
+  bool AppendPiece(std::u16string_view literal, templatenames::TToken& token, NQ_TString& out, int& count);
+  bool AppendAsIs(std::u16string_view literal, std::u16string_view value, std::size_t counts, NQ_TString& out);
+  void AppendLiteral(std::u16string_view text, NQ_TString& out);
+  static void AppendFree(std::u16string_view text, NQ_TString& out);
   templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
-  const char* ExceededLimit() const;
+  const templatenames::TPlan* PlanFor(templatenames::TToken& token);
   static bool TakesStoredValue(TLookupFunction lookup);
-  bool AppendStoredValue(templatenames::TToken& token, NQ_TString& out, int& count);
-  bool AppendUnformatted(templatenames::TToken& token, templatenames::TEntry& entry, NQ_TString& out, int& count);
-  bool AppendStoredText(templatenames::TToken& token, templatenames::TEntry& entry,
-                        const templatenames::TEntrySlots& slots, NQ_TString& out, int& count);
-  bool AppendStages(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,
-                    NQ_TString& out);
-  bool AppendGroup(templatenames::TToken& token, const templatenames::TEntrySlots& slots, std::u16string_view text,
-                   NQ_TString& out) const;
-  bool AppendStoredNumber(templatenames::TToken& token, const templatenames::TEntrySlots& slots, NQ_TString& out);
+  static const templatenames::TPlan& MakePlan(templatenames::TEntry& entry);
+  static void PlanText(templatenames::TEntry& entry, const templatenames::TEntrySlots& slots,
+                       templatenames::TPlan& plan);
+  static void PlanNumber(templatenames::TEntry& entry, const templatenames::TEntrySlots& slots,
+                         templatenames::TPlan& plan);
+  bool AppendValue(templatenames::TToken& token, const templatenames::TPlan* plan, NQ_TString& out, int& count);
+  bool AppendPlanned(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
+  bool AppendUnformatted(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
+  bool AppendNested(const templatenames::TPlan& plan, NQ_TString& out, int& count);
+  bool AppendStages(templatenames::TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out) const;
+  bool AppendGroup(templatenames::TToken& token, std::u16string_view text, NQ_TString& out) const;
+  bool FindGroup(templatenames::TToken& token, std::u16string_view& text) const;
+
+  // ValueProduction.cpp
+  const char* ExceededLimit() const;
   bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
   bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
   void ResolveNested(NQ_TAny& value, int& count);
@@ -335,6 +345,9 @@ class NQ_EXPORT TName {
                  NQ_TString& result);
   void LogToken(const NQ_TString& key, std::string_view what) const;
   void LogFormat(const NQ_TString& key, const NQ_TString& format, const char* reason) const;
+
+  // Handlers.cpp
+  void NoteHandlers();
 
   // BuiltInHandlers.cpp
   static TLookupFunction BuiltInLookup(TName_Lookup lookup);
@@ -384,6 +397,7 @@ class NQ_EXPORT TName {
   TStageFunction elemHandler_;
   TStageFunction extractHandler_;
   TStageFunction regexHandler_;
+  bool ownHandlers_ = true;  // no hook is set, and the stages are the library's own
   NQ_TString defaultLocalizationFile_;
   TNameLimits limits_;
   TBudget budget_;

@@ -48,6 +48,7 @@ TEST(NQ_TDict, DoesWhatThePlainWayDoes) {
     TPlain plains[2];
     std::map<std::string, const NQ_TAny*> found[2];  // addresses in that version
     std::uint64_t versions[2] = {0, 0};
+    std::map<std::uint64_t, std::string> contents;  // by version
     for (int round = 0; round < 6000; ++round) {
       const unsigned which = random.Below(2);
       NQ_TDict& dict = dicts[which];
@@ -82,6 +83,9 @@ TEST(NQ_TDict, DoesWhatThePlainWayDoes) {
         ASSERT_EQ(Printed(dicts[i]), TextOf(plains[i])) << round;
         if (versions[i] != dicts[i].KeysVersion()) found[i].clear();
         versions[i] = dicts[i].KeysVersion();
+        if (const std::uint64_t version = dicts[i].ContentVersion(); version != 0) {
+          ASSERT_EQ(contents.emplace(version, TextOf(plains[i])).first->second, TextOf(plains[i])) << round;
+        }
         for (unsigned k = 0; k < keys; ++k) {
           const NQ_TAny* const value = std::as_const(dicts[i]).ValueOfKey(KeyOf(k));
           ASSERT_EQ(found[i].emplace(KeyOf(k).c_str(), value).first->second, value) << round;
@@ -90,6 +94,7 @@ TEST(NQ_TDict, DoesWhatThePlainWayDoes) {
       ASSERT_EQ(dicts[0] == dicts[1],
                 std::map(plains[0].begin(), plains[0].end()) == std::map(plains[1].begin(), plains[1].end()));
     }
+    EXPECT_GT(contents.size(), 100U);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "AttributeKeys.h"
+#include "Attributes.h"
 #include "Entry.h"
 #include "NQ_TBoxed.h"
 #include "TName.h"
@@ -28,7 +29,7 @@ bool Guarded(const Handler& handler) {
 /// The token's format, else the name's, else the type's.
 NQ_TString FormatOf(const NQ_TString& format, const NQ_TDict& entry, const char* typeFormat) {
   if (!format.Empty()) return format;
-  const auto* const own = entry.Get<NQ_TString>(Keys().format);
+  const auto* const own = templatenames::TextIn(entry.ValueOfKey(Keys().format));
   return own == nullptr ? NQ_TString(typeFormat) : *own;
 }
 
@@ -98,7 +99,7 @@ bool TName::StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const
       return true;
     }
     if (const auto* url = value.As<NQ_TURL>()) {
-      result = NQ_TString("file://") + url->Host() + "/" + url->Path();
+      result = templatenames::FileText(*url);
       return true;
     }
     result = NQ_TString();

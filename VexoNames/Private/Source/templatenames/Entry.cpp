@@ -14,11 +14,12 @@ TEntry::~TEntry() = default;
 
 void TEntry::FindSlots() {
   const TAttributeKeys& keys = Keys();
-  slots_ = {ValueOfKey(keys.type),          ValueOfKey(keys.value),
-            ValueOfKey(keys.format),        ValueOfKey(keys.typeHandler),
-            ValueOfKey(keys.lookupHandler), ValueOfKey(keys.lookupHandler2),
-            ValueOfKey(keys.elem),          ValueOfKey(keys.extract),
-            ValueOfKey(keys.regex),         ValueOfKey(keys.formattingOptions)};
+  const auto find = [this](const NQ_TString& key) { return std::as_const(*this).ValueOfKey(key); };
+  slots_ = {find(keys.type),          find(keys.value),
+            find(keys.format),        find(keys.typeHandler),
+            find(keys.lookupHandler), find(keys.lookupHandler2),
+            find(keys.elem),          find(keys.extract),
+            find(keys.regex),         find(keys.formattingOptions)};
   slotsVersion_ = KeysVersion();
 }
 
@@ -28,6 +29,17 @@ bool TEntry::ValueIsPlain(const NQ_TString& value) {
   if (NeedsResolving(value.StringView())) return false;
   if (value.Length() <= kShort) plainValue_ = value;
   return true;
+}
+
+const char* TEntry::FindAscii() {
+  const std::string_view narrow = plan_.text->Narrow();             // kept with the text
+  if (narrow.size() == plan_.units.size()) ascii_ = narrow.data();  // every other unit takes more than one byte
+  return ascii_;
+}
+
+const TPrintfFormat* TEntry::KeepFormat(std::optional<TPrintfFormat> format) {
+  format_ = format ? std::make_unique<const TPrintfFormat>(*std::move(format)) : nullptr;
+  return format_.get();
 }
 
 NQ_IPackable* TEntry::NQ_Clone(void*) const { return new (std::nothrow) TEntry(*this); }

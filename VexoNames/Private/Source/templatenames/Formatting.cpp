@@ -17,6 +17,7 @@ using templatenames::Keys;
 using templatenames::Log;
 using templatenames::TEntry;
 using templatenames::TOptionPlaces;
+using templatenames::TPlan;
 using templatenames::TToken;
 
 namespace {
@@ -73,13 +74,12 @@ bool TName::ApplyFormattingOptions(const NQ_TString& key, TEntry& entry, NQ_TStr
 
 // Appends the formatted value of a name with options; false, with nothing changed, when it is more than a stored text
 // or number.
-bool TName::AppendFormatted(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
-  const auto* const text = std::as_const(*entry.Slots().value).As<NQ_TString>();
-  if (text != nullptr && !entry.ValueIsPlain(*text)) return false;  // the names in it may need the same string
+bool TName::AppendFormatted(TToken& token, const TPlan& plan, NQ_TString& out, int& count) {
+  if (plan.kind == TPlan::TKind::Text && !plan.plain) return false;  // the names in it may need the same string
   NQ_TString& value = names_->EmptyText();
   const std::int64_t before = budget_.characters;
-  if (!AppendUnformatted(token, entry, value, count)) return false;
-  Format(entry.Slots().formattingOptions, GetDebugLevel(), value);
+  if (!AppendUnformatted(token, plan, value, count)) return false;
+  Format(token.entry->Slots().formattingOptions, GetDebugLevel(), value);
   budget_.characters = std::min(budget_.characters, before - value.Length());
   AppendFree(value.StringView(), out);
   return true;

@@ -46,6 +46,7 @@ void TName::SetUserLookupHandler(TLookupFunction function) {
   if (Logs(2)) Log("TName::SetUserLookupHandler: method called");
   const std::lock_guard guard(lock_);
   userLookup_ = function;
+  NoteHandlers();
 }
 
 void TName::SetWarnLookupHandler(TWarnFunction function) {
@@ -53,6 +54,7 @@ void TName::SetWarnLookupHandler(TWarnFunction function) {
   const std::lock_guard guard(lock_);
   warnFunction_ = function;
   warnObject_ = nullptr;
+  NoteHandlers();
 }
 
 void TName::SetWarnLookupHandler(TNameWarnLookupHandler* handler) {
@@ -60,22 +62,33 @@ void TName::SetWarnLookupHandler(TNameWarnLookupHandler* handler) {
   const std::lock_guard guard(lock_);
   warnObject_ = handler;
   warnFunction_ = nullptr;
+  NoteHandlers();
 }
 
 void TName::SetElemHandler(TStageFunction function) {
   if (Logs(2)) Log("TName::SetElemHandler: method called");
   const std::lock_guard guard(lock_);
   elemHandler_ = function;
+  NoteHandlers();
 }
 
 void TName::SetExtractHandler(TStageFunction function) {
   if (Logs(2)) Log("TName::SetExtractHandler: method called");
   const std::lock_guard guard(lock_);
   extractHandler_ = function;
+  NoteHandlers();
 }
 
 void TName::SetRegExHandler(TStageFunction function) {
   if (Logs(2)) Log("TName::SetRegExHandler: method called");
   const std::lock_guard guard(lock_);
   regexHandler_ = function;
+  NoteHandlers();
+}
+
+// Asked for every token, therefore known beforehand.
+void TName::NoteHandlers() {
+  const bool hooked = warnObject_ != nullptr || warnFunction_ != nullptr || userLookup_ != nullptr;
+  ownHandlers_ = !hooked && elemHandler_ == &TNameElemHandler && extractHandler_ == &TNameExtractHandler &&
+                 regexHandler_ == &TNameRegexHandler;
 }

@@ -31,9 +31,15 @@ class TKeptTokens {
  private:
   struct TPlace {
     TPointer kept;
-    std::uint64_t missed = 0;  // hash of the last text that was not found here
+    std::uint64_t hash = 0;    // of what is kept
+    std::uint64_t missed = 0;  // of the last text that was not found here
+
+    bool Holds(std::u16string_view text, std::uint64_t textHash) const {
+      return hash == textHash && kept != nullptr && kept->source.Equals(text);
+    }
   };
-  static constexpr std::size_t kPlaces = 256;     // more than the names that the templates of one task use
+
+  static constexpr std::size_t kPlaces = 512;     // several times the names that the templates of one task use
   static constexpr std::size_t kMaxLength = 256;  // units; longer tokens are rare and not worth their memory
 
   std::array<TPlace, kPlaces> places_;

@@ -1,5 +1,6 @@
 // TName: names, values and attributes.
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "AttributeKeys.h"
@@ -19,15 +20,24 @@ namespace {
 
 struct TTypeDefaults {
   TName::TName_Type type;
-  const char* format;
-  const char* category;
+  NQ_TAny format;
+  NQ_TAny category;
+  NQ_TAny number = static_cast<int>(type);
 };
 
-constexpr TTypeDefaults kTypeDefaults[] = {
-    {TName::TName_TypeString, "%s", "misc"},     {TName::TName_TypeURL, "%s", "misc"},
-    {TName::TName_TypeNumber, "%d", "misc"},     {TName::TName_TypeTime, "%X", "date"},
-    {TName::TName_TypeAutoNumber, "%d", "misc"},
-};
+/// What names of a type start with; null for what is no type. Made once: a name's variants share it until it is
+/// changed.
+const TTypeDefaults* DefaultsOf(TName::TName_Type type) {
+  static const auto& all = *new std::array<TTypeDefaults, 5>{{
+      {TName::TName_TypeString, "%s", "misc"},
+      {TName::TName_TypeURL, "%s", "misc"},
+      {TName::TName_TypeNumber, "%d", "misc"},
+      {TName::TName_TypeTime, "%X", "date"},
+      {TName::TName_TypeAutoNumber, "%d", "misc"},
+  }};
+  const auto* const found = std::ranges::find(all, type, &TTypeDefaults::type);
+  return found == all.end() ? nullptr : found;
+}
 
 }  // namespace
 
@@ -48,12 +58,12 @@ bool TName::Define(const NQ_TString& key, TName_Type type, TName_Lookup lookup) 
     const std::lock_guard guard(lock_);
     const NQ_TString name = key;  // the caller's string may be one that goes with the old entry
     names_->Remove(name);
-    const auto* const defaults = std::ranges::find(kTypeDefaults, type, &TTypeDefaults::type);
-    if (defaults == std::end(kTypeDefaults)) return true;
+    const TTypeDefaults* const defaults = DefaultsOf(type);
+    if (defaults == nullptr) return true;
     names_->Add(name)
-        .Add(Keys().format, defaults->format)
-        .Add(Keys().category, defaults->category)
-        .Add(Keys().type, static_cast<int>(type));
+        .Add(Keys().format, NQ_TAny(defaults->format))
+        .Add(Keys().category, NQ_TAny(defaults->category))
+        .Add(Keys().type, NQ_TAny(defaults->number));
     const bool isText = type == TName_TypeString || type == TName_TypeURL;
     const bool isTime = type == TName_TypeTime;
     SetTypeHandler(name, isText ? &StringTypeHandler : isTime ? &TimeTypeHandler : &IntegerTypeHandler);

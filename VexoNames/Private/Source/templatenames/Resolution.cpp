@@ -153,8 +153,9 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
   out.Reserve(out.Length() + text.Length());  // values are about as long as their tokens
   TScanner scanner(units, markers);
   for (TScannedToken place; scanner.Next(place);) {
-    AppendLiteral(units.substr(place.literal, place.begin - place.literal), out);
-    if (!AppendToken(units.substr(place.textBegin, place.textEnd - place.textBegin), out, count))
+    const std::u16string_view literal = units.substr(place.literal, place.begin - place.literal);
+    const std::u16string_view tokenText = units.substr(place.textBegin, place.textEnd - place.textBegin);
+    if (!AppendPiece(literal, tokenText, out, count))
       AppendLiteral(units.substr(place.begin, place.end - place.begin), out);
   }
   AppendLiteral(units.substr(scanner.Done()), out);
@@ -165,54 +166,15 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
 
 void TName::AppendKept(TKeptTemplate& kept, NQ_TString& out, int& count) {
   const std::u16string_view units = kept.source.StringView();
-  for (auto& [place, token] : kept.pieces) {
-    AppendLiteral(units.substr(place.literal, place.begin - place.literal), out);
-    if (!AppendToken(token, out, count)) AppendLiteral(units.substr(place.begin, place.end - place.begin), out);
+  for (const TKeptTemplate::TPiece& piece : kept.pieces) {
+    const std::u16string_view literal = units.substr(piece.literal, piece.begin - piece.literal);
+    if (!AppendPiece(literal, kept.tokens[piece.token], out, count))
+      AppendLiteral(units.substr(piece.begin, piece.end - piece.begin), out);
   }
   AppendLiteral(units.substr(kept.done), out);
 }
 
-// The text of the outermost template is free: only what values add to it is bounded.
-void TName::AppendLiteral(std::u16string_view text, NQ_TString& out) {
-  if (budget_.depth > 1) budget_.characters -= static_cast<std::int64_t>(text.size());
-  AppendFree(text, out);
-}
-
-void TName::AppendText(std::u16string_view text, NQ_TString& out) {
-  budget_.characters -= static_cast<std::int64_t>(text.size());
-  AppendFree(text, out);
-}
-
-void TName::AppendFree(std::u16string_view text, NQ_TString& out) {
-  if (text.empty()) return;
-  char16_t* const end = out.AppendUninitialized(static_cast<unsigned int>(text.size()));
-  std::memcpy(end, text.data(), text.size() * sizeof(char16_t));
-}
-
 // ---- single tokens
-
-bool TName::AppendToken(std::u16string_view tokenText, NQ_TString& out, int& count) {
-  if (tokenText.empty()) return ResolveEmptyToken();
-  if (const auto kept = names_->Tokens().Find(tokenText)) return AppendToken(kept->token, out, count);
-  TToken token(tokenText);
-  return AppendToken(token, out, count);
-}
-
-// Appends the value of a token; on failure counts it and leaves the text as it was.
-bool TName::AppendToken(TToken& token, NQ_TString& out, int& count) {
-  if (token.text.empty()) return ResolveEmptyToken();
-  const unsigned int begin = out.Length();
-  if (AppendStoredValue(token, out, count)) {
-    if (budget_.characters >= 0) return true;
-    out.Truncate(begin);
-    ++count;
-    return false;
-  }
-  NQ_TString value;
-  if (!ResolveTokenEx(token, value, count)) return false;
-  AppendFree(value.StringView(), out);
-  return true;
-}
 
 // An empty token is an empty text, formatted by no name's options.
 bool TName::ResolveEmptyToken() const {

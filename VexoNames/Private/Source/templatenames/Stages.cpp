@@ -3,6 +3,7 @@
 #include "text/Stages.h"
 
 #include "AttributeKeys.h"
+#include "Attributes.h"
 #include "Entry.h"
 #include "TName.h"
 #include "text/Log.h"
@@ -16,15 +17,12 @@ using templatenames::TStageError;
 
 namespace {
 
-// Searches that ran into a limit within one call. Each may have taken a second; after these, the others fail at once.
-constexpr int kMaxRegexErrors = 10;
-
 /// What a stage is to do: the token's attribute, else the name's own; null when there is neither. False when the name's
 /// own is no text.
 bool ReadSpecification(const NQ_TString& attribute, const NQ_TDict& entry, const NQ_TString& definitionKey,
                        const NQ_TString*& specification) {
   const NQ_TAny* const own = attribute.Empty() ? entry.ValueOfKey(definitionKey) : nullptr;
-  specification = own == nullptr ? (attribute.Empty() ? nullptr : &attribute) : own->As<NQ_TString>();
+  specification = own == nullptr ? (attribute.Empty() ? nullptr : &attribute) : templatenames::TextIn(own);
   return own == nullptr || specification != nullptr;
 }
 
@@ -89,7 +87,7 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
   if (specification == nullptr) return result = input, true;
   const NQ_TString pattern = *specification;
   if (logs) Log("TName::TNameRegexHandler: RegEx string = \"", pattern, '"');
-  if (names->budget_.regexErrors >= kMaxRegexErrors) {
+  if (names->budget_.RegexSpent()) {
     names->LogToken(key, " More failed searches with regular expressions than the limit allows");
     return false;
   }

@@ -1,8 +1,7 @@
 // TName: how the value of one token is produced. The steps: warn hook, registry, lookup (the user's hook first), nested
 // resolution of a string value, type handler, the stages elem, extract and regex, formatting options.
 //
-// Most tokens are names with a stored value and the library's own handlers; AppendStoredValue writes those without
-// making a value of its own, and leaves everything else, failures included, to ProduceValue.
+// Most tokens need none of that: StoredValues.cpp.
 #include <algorithm>
 
 #include "HandlerPointers.h"
@@ -11,26 +10,16 @@
 #include "TName.h"
 #include "Token.h"
 #include "text/Log.h"
-#include "text/PrintfFormat.h"
-#include "text/Stages.h"
 
 using templatenames::Log;
 using templatenames::LookupFunctionIn;
 using templatenames::LookupObjectIn;
 using templatenames::TEntry;
-using templatenames::TEntrySlots;
-using templatenames::TPrintfFormat;
-using templatenames::TRegex;
-using templatenames::TRegexLimits;
-using templatenames::TRegexResult;
-using templatenames::TStageError;
 using templatenames::TToken;
 using templatenames::TypeFunctionIn;
 
 namespace {
 
-// In longer texts a search may take long, and one that fails would be made a second time, to be reported.
-constexpr std::size_t kLongSubject = 4096;
 constexpr const char* kTooManyCharacters = " More characters than the limit allows";
 
 /// Keeps the entry in hand alive while handlers run.
@@ -46,54 +35,10 @@ class TPin {
   TEntry& entry_;
 };
 
-/// One level of nesting, while it lives.
-class TDeeper {
- public:
-  explicit TDeeper(int& depth) : depth_(depth) { ++depth_; }
-  TDeeper(const TDeeper&) = delete;
-  TDeeper& operator=(const TDeeper&) = delete;
-  ~TDeeper() { --depth_; }
-
- private:
-  int& depth_;
-};
-
-bool HasStages(const TToken& token, const TEntrySlots& slots) {
-  return token.parts.HasStages() || slots.elem != nullptr || slots.extract != nullptr || slots.regex != nullptr;
-}
-
-/// What a stage is to do: the token's attribute, else the name's own. The name's may be of another class.
-std::u16string_view StageOf(std::u16string_view attribute, const NQ_TAny* own) {
-  if (!attribute.empty()) return attribute;
-  const auto* const text = own->As<NQ_TString>();
-  return text == nullptr ? std::u16string_view() : text->StringView();
-}
-
-/// The format of the name; empty when it has none.
-std::u16string_view FormatOf(const TEntrySlots& slots) {
-  const auto* const text = slots.format == nullptr ? nullptr : std::as_const(*slots.format).As<NQ_TString>();
-  return text == nullptr ? std::u16string_view() : text->StringView();
-}
-
-/// The token's format, else the name's if it is the type's own; null when it is another one, or refused.
-const TPrintfFormat* IntegerFormatOf(TToken& token, const TEntrySlots& slots) {
-  static const std::optional<TPrintfFormat> plain = TPrintfFormat::Parse(u"%d", TPrintfFormat::TKind::Integer);
-  if (!token.parts.format.empty()) return token.IntegerFormat();
-  return FormatOf(slots) == u"%d" ? &*plain : nullptr;
-}
-
 }  // namespace
 
 void TName::LogToken(const NQ_TString& key, std::string_view what) const {
   if (Logs(2)) Log("TName::ResolveTokenEx: \tKey: \"", key, '"', what);
-}
-
-TEntry* TName::FindEntry(TToken& token) const {
-  if (token.entryVersion != names_->Version()) {
-    token.entry = names_->Find(token.parts.key, token.keyHash);
-    token.entryVersion = names_->Version();
-  }
-  return token.entry;
 }
 
 // The limit that the resolution in hand has reached, or null.
@@ -103,101 +48,6 @@ const char* TName::ExceededLimit() const {
   if (budget_.tokens <= 0) return " More tokens than the limit allows";
   if (budget_.characters < 0) return kTooManyCharacters;
   return nullptr;
-}
-
-// Whether a lookup gives the stored value when there is one. Queries do: it is the reply that was kept.
-bool TName::TakesStoredValue(TLookupFunction lookup) {
-  return lookup == &LookupHandler || lookup == &ServerQueryHandler || lookup == &ServerQueryHandlerNoCache;
-}
-
-// Appends the value of a token whose name has a stored value and the library's own handlers. False, with nothing
-// changed, when it is anything else.
-bool TName::AppendStoredValue(TToken& token, NQ_TString& out, int& count) {
-  const bool hooked = warnObject_ != nullptr || warnFunction_ != nullptr || userLookup_ != nullptr;
-  const bool ownStages = elemHandler_ == &TNameElemHandler && extractHandler_ == &TNameExtractHandler &&
-                         regexHandler_ == &TNameRegexHandler;
-  if (hooked || !ownStages || Logs(1) || ExceededLimit() != nullptr) return false;
-  TEntry* const entry = FindEntry(token);
-  if (entry == nullptr) return false;
-  const TEntrySlots& slots = entry->Slots();
-  if (slots.value == nullptr || slots.lookupHandler2 != nullptr ||
-      !TakesStoredValue(LookupFunctionIn(slots.lookupHandler))) {
-    return false;
-  }
-  return slots.formattingOptions == nullptr ? AppendUnformatted(token, *entry, out, count)
-                                            : AppendFormatted(token, *entry, out, count);
-}
-
-bool TName::AppendUnformatted(TToken& token, TEntry& entry, NQ_TString& out, int& count) {
-  const TEntrySlots& slots = entry.Slots();
-  const TTypeFunction toText = TypeFunctionIn(slots.typeHandler);
-  if (toText == &StringTypeHandler) return AppendStoredText(token, entry, slots, out, count);
-  return toText == &IntegerTypeHandler && !HasStages(token, slots) && AppendStoredNumber(token, slots, out);
-}
-
-bool TName::AppendStoredText(TToken& token, TEntry& entry, const TEntrySlots& slots, NQ_TString& out, int& count) {
-  const auto* const text = std::as_const(*slots.value).As<NQ_TString>();
-  if (text == nullptr || (token.parts.format.empty() ? FormatOf(slots) : token.parts.format) != u"%s") return false;
-  const bool plain = entry.ValueIsPlain(*text);
-  if (HasStages(token, slots)) return plain && AppendStages(token, slots, text->StringView(), out);
-  --budget_.tokens;
-  if (plain) {
-    AppendText(text->StringView(), out);
-  } else {
-    const NQ_TString source = *text;  // a handler may change the value
-    const TDeeper deeper(budget_.depth);
-    AppendResolved(source, out, count);
-  }
-  return true;
-}
-
-// Appends what the stages leave of the text; false, with nothing changed, when one of them has something to report.
-bool TName::AppendStages(TToken& token, const TEntrySlots& slots, std::u16string_view text, NQ_TString& out) {
-  const auto whole = static_cast<std::int64_t>(text.size());
-  if (!token.parts.elem.empty() || slots.elem != nullptr) {
-    std::u16string_view separator;
-    int index = 0;
-    const TStageError error = templatenames::ParseElem(StageOf(token.parts.elem, slots.elem), separator, index);
-    if (error != TStageError::None) return false;
-    text = templatenames::Element(text, separator, index);
-  }
-  if (!token.parts.extract.empty() || slots.extract != nullptr) {
-    int start = 0;
-    int length = 0;
-    const TStageError error = templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract), start, length);
-    if (error != TStageError::None) return false;
-    text = templatenames::Extract(text, start, length);
-  }
-  if (token.parts.regex.empty() && slots.regex == nullptr) {
-    AppendFree(text, out);
-  } else if (!AppendGroup(token, slots, text, out)) {
-    return false;
-  }
-  budget_.characters -= whole;  // the stages may leave little of much
-  --budget_.tokens;
-  return true;
-}
-
-bool TName::AppendGroup(TToken& token, const TEntrySlots& slots, std::u16string_view text, NQ_TString& out) const {
-  if (text.size() > kLongSubject) return false;
-  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
-  const auto* const own = token.parts.regex.empty() ? std::as_const(*slots.regex).As<NQ_TString>() : nullptr;
-  if (token.parts.regex.empty() && own == nullptr) return false;
-  const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
-  return regex.AppendFirstGroup(text, limits, out).kind == TRegexResult::TKind::Matched;
-}
-
-bool TName::AppendStoredNumber(TToken& token, const TEntrySlots& slots, NQ_TString& out) {
-  const auto* const number = std::as_const(*slots.value).As<NQ_TInt32>();
-  const auto* const type = slots.type == nullptr ? nullptr : std::as_const(*slots.type).As<NQ_TInt32>();
-  if (number == nullptr || type == nullptr || type->Value() != TName_TypeNumber) return false;
-  const TPrintfFormat* const format = IntegerFormatOf(token, slots);
-  if (format == nullptr) return false;
-  --budget_.tokens;
-  const unsigned int begin = out.Length();
-  format->AppendInteger(number->Value(), out);
-  budget_.characters -= out.Length() - begin;
-  return true;
 }
 
 bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {

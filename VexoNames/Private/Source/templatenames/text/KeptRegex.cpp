@@ -82,7 +82,7 @@ std::shared_ptr<const TRegex> FindRegex(const NQ_TString& pattern) { return Find
 
 const TRegex& KeptRegex(const NQ_TString& pattern) { return *Find(pattern); }
 
-TRegexOutcome FirstGroup(const NQ_TString& pattern, const NQ_TString& input, TRegexLimits limits) {
+TRegexOutcome FirstGroup(const NQ_TString& pattern, const NQ_TString& input, const TRegexLimits& limits) {
   TRegexOutcome outcome;
   static_cast<TRegexResult&>(outcome) = KeptRegex(pattern).AppendFirstGroup(input.StringView(), limits, outcome.group);
   return outcome;

@@ -19,7 +19,6 @@ constexpr std::size_t kMaxPattern = 16'384;
 constexpr const char* kPatternTooLong = "regular expression is longer than 16384 bytes";
 
 constexpr int kOffsets = std::extent_v<TPcreProgram::TOffsets>;
-constexpr unsigned long kMostSteps = std::numeric_limits<std::uint32_t>::max();  // machine code counts in 32 bits
 constexpr unsigned long kInterpreterDrag = 10;  // so many times as long takes a step of the interpreter, about
 
 // The stack of the machine code of one thread, grown on demand and kept. Alternatives repeated 20,000 times fit.
@@ -66,6 +65,7 @@ TPcreProgram::TPcreProgram(const std::string& pattern, int options) {
   const char* ignored = nullptr;  // without a study the search is slower, not different
   study_.reset(pcre_study(code_.get(), PCRE_STUDY_JIT_COMPILE, &ignored));
   native_ = study_ != nullptr && (study_->flags & PCRE_EXTRA_EXECUTABLE_JIT) != 0;
+  if (native_) usual_ = NativeExtra(kUsualLimits.match);
   const auto ask = [this](int what, void* answer) { pcre_fullinfo(code_.get(), study_.get(), what, answer); };
   unsigned long effective = 0;
   ask(PCRE_INFO_OPTIONS, &effective);
@@ -93,19 +93,19 @@ std::ptrdiff_t TPcreProgram::LastStart(std::string_view text) const {
   return static_cast<std::ptrdiff_t>(text.find_last_of(std::string_view(either, 2)));  // npos is −1
 }
 
-// The text is known to be UTF-8, so that PCRE need not check it again; machine code never does.
-int TPcreProgram::Search(std::string_view text, std::size_t start, TRegexLimits limits, TOffsets& offsets) const {
-  pcre_jit_stack* const stack = native_ ? TThreadKept<TNativeStack>::Mine().Get() : nullptr;
-  if (stack == nullptr) return Interpret(text, static_cast<int>(start), limits, offsets);
-  pcre_extra extra{};  // only what machine code looks at: copying all of the study takes longer than all else here
+pcre_extra TPcreProgram::NativeExtra(unsigned long matchLimit) const {
+  constexpr unsigned long kMostSteps = std::numeric_limits<std::uint32_t>::max();  // machine code counts in 32 bits
+  pcre_extra extra{};
   extra.flags = PCRE_EXTRA_EXECUTABLE_JIT | PCRE_EXTRA_MATCH_LIMIT;
   extra.executable_jit = study_->executable_jit;
-  extra.match_limit = std::clamp(limits.match, 1UL, kMostSteps);
-  return pcre_jit_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start), 0,
-                       offsets, kOffsets, stack);
+  extra.match_limit = std::clamp(matchLimit, 1UL, kMostSteps);
+  return extra;
 }
 
-int TPcreProgram::Interpret(std::string_view text, int start, TRegexLimits limits, TOffsets& offsets) const {
+pcre_jit_stack* TPcreProgram::NativeStack() { return TThreadKept<TNativeStack>::Mine().Get(); }
+
+int TPcreProgram::Interpret(std::string_view text, std::size_t start, const TRegexLimits& limits,
+                            TOffsets& offsets) const {
   // Called like this, PCRE tells the size of one level of its recursion, negative.
   static const int frame = -pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
   const unsigned long levels = StackLeft() / 2 / static_cast<std::size_t>(std::max(frame, 64));
@@ -115,8 +115,8 @@ int TPcreProgram::Interpret(std::string_view text, int start, TRegexLimits limit
   extra.match_limit_recursion = std::max(std::min(limits.recursion, levels), 1UL);
   // With room for all groups it says, as machine code does, that a group after the first took part.
   std::vector<int> all(static_cast<std::size_t>(std::max(3 * (groups_ + 1), kOffsets)));
-  const int rc = pcre_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), start, PCRE_NO_UTF8_CHECK,
-                           all.data(), static_cast<int>(all.size()));
+  const int rc = pcre_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start),
+                           PCRE_NO_UTF8_CHECK, all.data(), static_cast<int>(all.size()));
   std::copy_n(all.begin(), kOffsets, offsets);
   return rc;
 }

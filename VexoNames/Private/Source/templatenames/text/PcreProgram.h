@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace templatenames {
 
@@ -21,6 +22,8 @@ struct TRegexLimits {
   /// Depth of the matcher where there is no machine code.
   unsigned long recursion = 10'000;
 };
+
+inline constexpr TRegexLimits kUsualLimits;
 
 class TPcreProgram {
  public:
@@ -40,7 +43,10 @@ class TPcreProgram {
 
   /// Searches the text, valid UTF-8 of less than 2^31 bytes, from a character on. Returns what pcre_exec returns, but
   /// never 1 when a group after the first took part.
-  int Search(std::string_view text, std::size_t start, TRegexLimits limits, TOffsets& offsets) const;
+  int Search(std::string_view text, std::size_t start, const TRegexLimits& limits, TOffsets& offsets) const {
+    pcre_jit_stack* const stack = native_ ? NativeStack() : nullptr;
+    return stack == nullptr ? Interpret(text, start, limits, offsets) : Run(*stack, text, start, limits, offsets);
+  }
 
  private:
   struct TFree {
@@ -48,11 +54,27 @@ class TPcreProgram {
     void operator()(pcre_extra* study) const { pcre_free_study(study); }
   };
 
-  int Interpret(std::string_view text, int start, TRegexLimits limits, TOffsets& offsets) const;
+  /// The running thread's; null when there is no memory for it.
+  static pcre_jit_stack* NativeStack();
+  /// What machine code looks at: copying all of the study takes longer than all else here.
+  pcre_extra NativeExtra(unsigned long matchLimit) const;
+  // The text is known to be UTF-8, so that PCRE need not check it again; machine code never does.
+  int Run(pcre_jit_stack& stack, std::string_view text, std::size_t start, const TRegexLimits& limits,
+          TOffsets& offsets) const {
+    if (limits.match != kUsualLimits.match) return Run(stack, text, start, NativeExtra(limits.match), offsets);
+    return Run(stack, text, start, usual_, offsets);
+  }
+  int Run(pcre_jit_stack& stack, std::string_view text, std::size_t start, const pcre_extra& extra,
+          TOffsets& offsets) const {
+    return pcre_jit_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start), 0,
+                         offsets, std::extent_v<TOffsets>, &stack);
+  }
+  int Interpret(std::string_view text, std::size_t start, const TRegexLimits& limits, TOffsets& offsets) const;
 
   std::unique_ptr<pcre, TFree> code_;
   std::unique_ptr<pcre_extra, TFree> study_;  // may be null
   bool native_ = false;                       // there is machine code
+  pcre_extra usual_{};                        // for that, with the usual limits
   bool anchored_ = false;                     // a match begins at the beginning of the text
   char required_ = 0;                         // a letter of either case or another character of every match
   int groups_ = 0;

@@ -15,7 +15,7 @@ namespace {
 
 // PCRE counts steps anew at every starting position, and one step may look at the whole rest of the text. So what a
 // search may take is measured in steps times starting positions times length. This much takes about half a second.
-constexpr std::uint32_t kMostWork = 4'000'000'000;
+constexpr std::uint64_t kMostWork = 4'000'000'000;
 
 // A search that is done start by start ends after that long.
 constexpr auto kPatience = std::chrono::seconds(1);
@@ -65,6 +65,12 @@ void AppendAscii(std::string_view ascii, NQ_TString& out) {
   std::copy_n(ascii.data(), ascii.size(), out.AppendUninitialized(static_cast<unsigned int>(ascii.size())));
 }
 
+// Empty when the group took no part in the match. "\\K" can put its end before its begin.
+std::string_view FirstGroupIn(std::string_view text, const TPcreProgram::TOffsets& offsets) {
+  if (offsets[2] < 0) return {};
+  return {text.data() + offsets[2], static_cast<std::size_t>(std::max(offsets[3] - offsets[2], 0))};
+}
+
 std::string PatternText(std::u16string_view pattern) {
   std::string text;
   nq::AppendUtf8(pattern.substr(0, pattern.find(u'\0')), text);
@@ -75,7 +81,14 @@ std::string PatternText(std::u16string_view pattern) {
 
 TRegex::TRegex(std::u16string_view pattern) : pattern_(PatternText(pattern)), program_(pattern_) {}
 
-TRegexResult TRegex::AppendFirstGroup(std::u16string_view input, TRegexLimits limits, NQ_TString& out) const {
+// Most texts are short: even if every starting position took all its steps, there would be time for that.
+inline int TRegex::Search(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const {
+  const bool fits = text.size() <= kOneGo && limits.match <= kMostWork;
+  if (fits && limits.match * text.size() * text.size() <= kMostWork) return program_.Search(text, 0, limits, offsets);
+  return SearchInParts(text, limits, offsets);
+}
+
+TRegexResult TRegex::AppendFirstGroup(std::u16string_view input, const TRegexLimits& limits, NQ_TString& out) const {
   using TKind = TRegexResult::TKind;
   if (program_.Error() != nullptr) return {TKind::CompileError, 0, program_.ErrorOffset(), program_.Error()};
   const TSubject subject(input);
@@ -84,20 +97,26 @@ TRegexResult TRegex::AppendFirstGroup(std::u16string_view input, TRegexLimits li
   if (rc == PCRE_ERROR_NOMATCH) return {};
   if (rc < 0) return {TKind::MatchError, rc};
   if (rc == 1) return {TKind::NoGroup};
-  if (offsets[2] >= 0) {
-    const auto length = static_cast<std::size_t>(std::max(offsets[3] - offsets[2], 0));
-    const std::string_view group(subject.Text().data() + offsets[2], length);
-    subject.IsAscii() ? AppendAscii(group, out) : AppendFromUtf8(group, out);
-  }
+  const std::string_view group = FirstGroupIn(subject.Text(), offsets);
+  subject.IsAscii() ? AppendAscii(group, out) : AppendFromUtf8(group, out);
   return {TKind::Matched};
 }
 
-int TRegex::Search(std::string_view text, TRegexLimits limits, TPcreProgram::TOffsets& offsets) const {
+bool TRegex::FindFirstGroup(std::string_view ascii, const TRegexLimits& limits, std::string_view& group) const {
+  if (program_.Error() != nullptr) return false;
+  TPcreProgram::TOffsets offsets;
+  const int rc = Search(ascii, limits, offsets);
+  if (rc < 0 || rc == 1) return false;
+  group = FirstGroupIn(ascii, offsets);
+  return true;
+}
+
+int TRegex::SearchInParts(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const {
   const std::uint64_t length = text.size();
   if (length > std::numeric_limits<int>::max()) return PCRE_ERROR_BADLENGTH;
   if (length <= kOneGo) {
-    const auto area = static_cast<std::uint32_t>(std::max<std::uint64_t>(length * length, 1));
-    const TRegexLimits first{std::min<unsigned long>(limits.match, kMostWork / area), limits.recursion};
+    const std::uint64_t most = kMostWork / std::max<std::uint64_t>(length * length, 1);
+    const TRegexLimits first{std::min<unsigned long>(limits.match, most), limits.recursion};
     const int rc = program_.Search(text, 0, first, offsets);
     if (rc != PCRE_ERROR_MATCHLIMIT || first.match == limits.match) return rc;
   }
@@ -105,7 +124,8 @@ int TRegex::Search(std::string_view text, TRegexLimits limits, TPcreProgram::TOf
 }
 
 // Tries the starting positions one after the other, so that each can have many steps, and the clock a look in between.
-int TRegex::SearchStartByStart(std::string_view text, TRegexLimits limits, TPcreProgram::TOffsets& offsets) const {
+int TRegex::SearchStartByStart(std::string_view text, const TRegexLimits& limits,
+                               TPcreProgram::TOffsets& offsets) const {
   const auto tied = [this](const char* piece) { return pattern_.find(piece) != std::string::npos; };
   if (std::any_of(std::begin(kTiedToStart), std::end(kTiedToStart), tied)) return PCRE_ERROR_MATCHLIMIT;
   const TPcreProgram& program = AnchoredProgram();

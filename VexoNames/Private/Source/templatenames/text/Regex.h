@@ -39,14 +39,18 @@ class TRegex {
   explicit TRegex(std::u16string_view pattern);
 
   /// Appends group 1 when the kind is Matched; otherwise out is unchanged. The input may lie in out.
-  TRegexResult AppendFirstGroup(std::u16string_view input, TRegexLimits limits, NQ_TString& out) const;
+  TRegexResult AppendFirstGroup(std::u16string_view input, const TRegexLimits& limits, NQ_TString& out) const;
+
+  /// The same for an input that is known to be ASCII: true, and where group 1 lies in it, when the kind is Matched.
+  bool FindFirstGroup(std::string_view ascii, const TRegexLimits& limits, std::string_view& group) const;
 
   /// Memory held.
   std::size_t Bytes() const { return pattern_.size() + program_.Bytes(); }
 
  private:
-  int Search(std::string_view text, TRegexLimits limits, TPcreProgram::TOffsets& offsets) const;
-  int SearchStartByStart(std::string_view text, TRegexLimits limits, TPcreProgram::TOffsets& offsets) const;
+  int Search(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const;
+  int SearchInParts(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const;
+  int SearchStartByStart(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const;
   const TPcreProgram& AnchoredProgram() const;
 
   std::string pattern_;
@@ -67,6 +71,6 @@ struct TRegexOutcome : TRegexResult {
 };
 
 /// For single searches; where time counts, AppendFirstGroup does without a string of its own.
-TRegexOutcome FirstGroup(const NQ_TString& pattern, const NQ_TString& input, TRegexLimits limits);
+TRegexOutcome FirstGroup(const NQ_TString& pattern, const NQ_TString& input, const TRegexLimits& limits);
 
 }  // namespace templatenames
