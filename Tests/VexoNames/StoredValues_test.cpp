@@ -163,18 +163,5 @@ TEST(StoredValues, ValuesThatOthersCanWriteAreReadAnew) {
   }
 }
 
-// Short or long, the way is closed to regular expressions once too many have run into their limit.
-TEST(StoredValues, SearchesEndAfterTooManyErrors) {
-  Names names("text A = aaaaaaaaaaaaaaaaaaaaaaaab");
-  names.SetLimits({.regexMatch = 20});
-  const std::string good = "<A regex=\"(b)\"/>";
-  const std::string bad = "<A regex=\"(a+)+$\"/>";
-  Output output;
-  for (int time = 0; time < 3; ++time) {
-    EXPECT_EQ(Resolved(names, Repeated(bad, 9) + good), "! " + Repeated(bad, 9) + "b");
-    EXPECT_EQ(Resolved(names, Repeated(bad, 10) + good), "! " + Repeated(bad, 10) + good);
-  }
-}
-
 }  // namespace
 }  // namespace names_test

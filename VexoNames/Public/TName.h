@@ -282,11 +282,25 @@ class NQ_EXPORT TName {
     int depth = 0;  // of resolutions within each other: nested values, and calls of handlers
     std::int64_t tokens = 0;
     std::int64_t characters = 0;
-    int regexErrors = 0;  // searches that ran into a limit
-    int queries = 0;      // as many may still be made
+    std::int64_t regexMilliseconds = 0;  // as long may regular expressions still be compiled and searched for
+    std::int64_t regexLook = 0;          // the last look at the clock, in milliseconds; 0: the clock stands still
+    int regexSearches = 0;               // until the next look
+    int queries = 0;                     // as many may still be made
 
-    /// Each of those may have taken a second: after ten, the others fail at once.
-    bool RegexSpent() const { return regexErrors >= 10; }
+    bool RegexSpent() const { return regexMilliseconds <= 0; }
+    static constexpr int kSearchesPerLook = 8;  // a look for each search would cost as much as the search
+    /// To be called before a regular expression is asked for. From a look at the clock on all time counts, until
+    /// PauseRegex; a call's first searches are free.
+    void BeginRegex() {
+      if (--regexSearches <= 0) LookAtClock();
+    }
+    /// To be called before handlers, which may take their time.
+    void PauseRegex() {
+      if (regexLook != 0) LookAtClock();
+      regexLook = 0;
+      regexSearches = 0;
+    }
+    void LookAtClock();
   };
 
   // Registry.cpp
@@ -311,15 +325,15 @@ class NQ_EXPORT TName {
   void AppendResolved(const NQ_TString& text, NQ_TString& out, int& count);
   void AppendScanned(const NQ_TString& text, const templatenames::TMarkers& markers, NQ_TString& out, int& count);
   void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
-  bool ResolveEmptyToken() const;
+  void ResolveInto(const NQ_TString& text, NQ_TString& result, int& count);
+  bool ResolveEmptyToken(int& count);
   bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }
 
   // StoredValues.cpp
   bool AppendPiece(std::u16string_view literal, std::u16string_view tokenText, NQ_TString& out, int& count);
   bool AppendPiece(std::u16string_view literal, templatenames::TToken& token, NQ_TString& out, int& count);
   bool AppendAsIs(std::u16string_view literal, std::u16string_view value, std::size_t counts, NQ_TString& out);
-  void AppendLiteral(std::u16string_view text, NQ_TString& out);
-  static void AppendFree(std::u16string_view text, NQ_TString& out);
+  static void AppendUnits(std::u16string_view text, NQ_TString& out);
   templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
   const templatenames::TPlan* PlanFor(templatenames::TToken& token);
   static bool TakesStoredValue(TLookupFunction lookup);
@@ -332,9 +346,9 @@ class NQ_EXPORT TName {
   bool AppendPlanned(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
   bool AppendUnformatted(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
   bool AppendNested(const templatenames::TPlan& plan, NQ_TString& out, int& count);
-  bool AppendStages(templatenames::TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out) const;
-  bool AppendGroup(templatenames::TToken& token, std::u16string_view text, NQ_TString& out) const;
-  bool FindGroup(templatenames::TToken& token, std::u16string_view& text) const;
+  bool AppendStages(templatenames::TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out);
+  bool AppendGroup(templatenames::TToken& token, std::u16string_view text, NQ_TString& out);
+  bool FindGroup(templatenames::TToken& token, std::u16string_view& text);
 
   // ValueProduction.cpp
   const char* ExceededLimit() const;

@@ -13,7 +13,8 @@ struct TNameLimits {
   int nestedDepth = 64;
   /// Tokens looked at per public call, those inside values included.
   std::int64_t tokens = 10'000'000;
-  /// Characters (UTF-16 units) that values add per public call, those of values that were cut included.
+  /// Characters (UTF-16 units) that values add per public call, those of values that were cut and of the tokens inside
+  /// values included; so are those of regular expressions that a log line repeats.
   std::int64_t characters = std::int64_t{512} * 1024 * 1024;
   /// Requests to services per public call. A reply may hold tokens that ask again; 10,000 is more than the names of any
   /// template ask for, and at a millisecond each takes ten seconds.
@@ -22,6 +23,9 @@ struct TNameLimits {
   /// longer the value is), and how deep it may recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;
   unsigned long regexRecursion = 10'000;
+  /// Time that the regular expressions of a public call may take together, by the clock. The hardest single search
+  /// takes about a second.
+  std::int64_t regexMilliseconds = 10'000;
   /// XML files that values are read from, which are small: the size of one; its elements, attributes and other nodes;
   /// how deep elements lie within each other; how many entities it may use. A file beyond a limit is not loaded.
   std::int64_t xmlBytes = std::int64_t{16} * 1024 * 1024;

@@ -81,6 +81,6 @@ bool TName::AppendFormatted(TToken& token, const TPlan& plan, NQ_TString& out, i
   if (!AppendUnformatted(token, plan, value, count)) return false;
   Format(token.entry->Slots().formattingOptions, GetDebugLevel(), value);
   budget_.characters = std::min(budget_.characters, before - value.Length());
-  AppendFree(value.StringView(), out);
+  AppendUnits(value.StringView(), out);
   return true;
 }

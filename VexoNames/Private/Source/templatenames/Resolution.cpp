@@ -21,7 +21,9 @@ class TName::TRun {
     if (names_.budget_.depth++ == 0) {
       names_.budget_.tokens = names_.limits_.tokens;
       names_.budget_.characters = names_.limits_.characters;
-      names_.budget_.regexErrors = 0;
+      names_.budget_.regexMilliseconds = names_.limits_.regexMilliseconds;
+      names_.budget_.regexLook = 0;
+      names_.budget_.regexSearches = TBudget::kSearchesPerLook;
       names_.budget_.queries = names_.limits_.queries;
     }
   }
@@ -74,7 +76,7 @@ bool TName::Resolve(const NQ_TString& text, NQ_TURL& url) {
   {
     const TRun run(*this);  // first: the level is changed and put back by one thread at a time
     const TQuiet quiet(*this);
-    Resolve(text, resolved, count);
+    ResolveInto(text, resolved, count);
   }
   bool ok = count == 0;
   const int slashes = resolved.Find("//");
@@ -99,9 +101,9 @@ bool TName::Resolve(const NQ_TURL& in, NQ_TURL& out) {
   int hostCount = 0;
   int pathCount = 0;
   NQ_TString resolved;
-  Resolve(out.Host(), resolved, hostCount);
+  ResolveInto(out.Host(), resolved, hostCount);
   out.SetHost(resolved);
-  Resolve(out.Path(), resolved, pathCount);
+  ResolveInto(out.Path(), resolved, pathCount);
   out.SetPath(resolved);
   return hostCount == 0 && pathCount == 0;
 }
@@ -123,21 +125,28 @@ bool TName::ResolveTokenEx(const NQ_TString& tokenText, NQ_TString& result) {
 // ---- whole templates
 
 void TName::Resolve(const NQ_TString& text, NQ_TString& result, int& count) {
+  const TRun run(*this);
+  ResolveInto(text, result, count);
+}
+
+// The same within a call that has begun.
+void TName::ResolveInto(const NQ_TString& text, NQ_TString& result, int& count) {
   if (&text == &result) {
     const NQ_TString source = text;
-    return Resolve(source, result, count);
+    return ResolveInto(source, result, count);
   }
   if (Logs(1)) Log("TName::Resolve: \"", text, '"');
   result.Clear();
-  const TRun run(*this);
   AppendResolved(text, result, count);
 }
 
-// Appends the text with its tokens resolved. The literal marker counts at the beginning of the text.
+// Appends the text with its tokens resolved. The literal marker counts at the beginning of the text. The text of the
+// outermost template is free: only what values add to it is bounded.
 void TName::AppendResolved(const NQ_TString& text, NQ_TString& out, int& count) {
   const std::u16string_view units = text.StringView();
+  if (budget_.depth > 1) budget_.characters -= static_cast<std::int64_t>(units.size());
   if (units.starts_with(kLiteralMarker)) {
-    AppendLiteral(units.substr(kLiteralMarker.size()), out);
+    AppendUnits(units.substr(kLiteralMarker.size()), out);
     return;
   }
   if (const auto kept = names_->Templates().Find(text); kept != nullptr && !Logs(1)) {
@@ -156,9 +165,9 @@ void TName::AppendScanned(const NQ_TString& text, const TMarkers& markers, NQ_TS
     const std::u16string_view literal = units.substr(place.literal, place.begin - place.literal);
     const std::u16string_view tokenText = units.substr(place.textBegin, place.textEnd - place.textBegin);
     if (!AppendPiece(literal, tokenText, out, count))
-      AppendLiteral(units.substr(place.begin, place.end - place.begin), out);
+      AppendUnits(units.substr(place.begin, place.end - place.begin), out);
   }
-  AppendLiteral(units.substr(scanner.Done()), out);
+  AppendUnits(units.substr(scanner.Done()), out);
   if (!Logs(1)) return;
   if (scanner.SyntaxError()) Log("TE: Template name syntax error: no begin token found in ", text);
   Log("TName::Resolve: \"", text, "\" = \"", out, '"');
@@ -169,22 +178,28 @@ void TName::AppendKept(TKeptTemplate& kept, NQ_TString& out, int& count) {
   for (const TKeptTemplate::TPiece& piece : kept.pieces) {
     const std::u16string_view literal = units.substr(piece.literal, piece.begin - piece.literal);
     if (!AppendPiece(literal, kept.tokens[piece.token], out, count))
-      AppendLiteral(units.substr(piece.begin, piece.end - piece.begin), out);
+      AppendUnits(units.substr(piece.begin, piece.end - piece.begin), out);
   }
-  AppendLiteral(units.substr(kept.done), out);
+  AppendUnits(units.substr(kept.done), out);
 }
 
 // ---- single tokens
 
 // An empty token is an empty text, formatted by no name's options.
-bool TName::ResolveEmptyToken() const {
+bool TName::ResolveEmptyToken(int& count) {
+  if (const char* limit = ExceededLimit()) {
+    LogToken({}, limit);
+    ++count;
+    return false;
+  }
+  --budget_.tokens;
   if (Logs(2)) Log("TName::ApplyFormattingOptions: key = \"\"");
   return true;
 }
 
 bool TName::ResolveTokenEx(TToken& token, NQ_TString& result, int& count) {
   result = NQ_TString();
-  if (token.text.empty()) return ResolveEmptyToken();
+  if (token.text.empty()) return ResolveEmptyToken(count);
   if (Logs(2)) {
     Log("TName::ResolveTokenEx: \tKey: \"", NQ_TString(token.parts.key), "\"; Format: \"",
         NQ_TString(token.parts.format), "\"; Elem: \"", NQ_TString(token.parts.elem), "\"; Extract: \"",

@@ -2,7 +2,9 @@
 // name come to is planned once (TPlan), and the value is written from the plan straight to the result: no lookup, no
 // variant, no text of its own. Whatever is not planned, and whatever has something to report, goes the long way through
 // ProduceValue, which gives the same result.
+#include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "Attributes.h"
 #include "HandlerPointers.h"
@@ -119,6 +121,12 @@ bool Cut(const TToken& token, const TEntrySlots& slots, std::u16string_view& tex
   return true;
 }
 
+/// Whether the text is one that goes when the other grows: a caller may have the result written to a stored value.
+bool LiesIn(std::u16string_view text, const NQ_TString& out) {
+  const std::u16string_view units = out.StringView();
+  return std::less_equal<>()(units.data(), text.data()) && std::less<>()(text.data(), units.data() + units.size());
+}
+
 /// Drops the units from begin up to rest; what follows them moves there.
 void DropBetween(unsigned int begin, unsigned int rest, NQ_TString& out) {
   if (begin == rest) return;
@@ -151,9 +159,10 @@ inline const TPlan* TName::PlanFor(TToken& token) {
 
 // Makes the planned text of a token the first group of the token's regular expression; false, with nothing changed,
 // when the text is not ASCII or there is something to report.
-inline bool TName::FindGroup(TToken& token, std::u16string_view& text) const {
+inline bool TName::FindGroup(TToken& token, std::u16string_view& text) {
   const char* const ascii = text.size() <= kLongSubject ? token.entry->Ascii() : nullptr;
   if (ascii == nullptr || budget_.RegexSpent()) return false;
+  budget_.BeginRegex();
   std::string_view group;
   const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
   if (!token.Regex().FindFirstGroup({ascii, text.size()}, limits, group)) return false;
@@ -165,10 +174,9 @@ inline bool TName::FindGroup(TToken& token, std::u16string_view& text) const {
 // Both at once, the second one a value that counts as that many characters, when neither can exceed a limit.
 inline bool TName::AppendAsIs(std::u16string_view literal, std::u16string_view value, std::size_t counts,
                               NQ_TString& out) {
-  const std::size_t counted = counts + (budget_.depth > 1 ? literal.size() : 0);
-  if (budget_.tokens <= 0 || budget_.characters < static_cast<std::int64_t>(counted)) return false;
+  if (budget_.tokens <= 0 || budget_.characters < static_cast<std::int64_t>(counts)) return false;
   --budget_.tokens;
-  budget_.characters -= static_cast<std::int64_t>(counted);
+  budget_.characters -= static_cast<std::int64_t>(counts);
   char16_t* const end = out.AppendUninitialized(static_cast<unsigned int>(literal.size() + value.size()));
   Copy(literal, end);
   Copy(value, end + literal.size());
@@ -186,18 +194,19 @@ bool TName::AppendPiece(std::u16string_view literal, std::u16string_view tokenTe
 
 bool TName::AppendPiece(std::u16string_view literal, TToken& token, NQ_TString& out, int& count) {
   const TPlan* plan = token.text.empty() ? nullptr : PlanFor(token);
+  if (plan != nullptr && LiesIn(plan->units, out)) plan = nullptr;
   if (plan != nullptr && plan->asIs && token.shape != TToken::TShape::Other) {
     std::u16string_view value = plan->units;
     const bool found = token.shape == TToken::TShape::Bare || FindGroup(token, value);
     if (found && AppendAsIs(literal, value, plan->units.size(), out)) return true;
     if (token.shape == TToken::TShape::Regex && Searchable(token, *plan)) plan = nullptr;  // once is enough
   }
-  AppendLiteral(literal, out);
+  AppendUnits(literal, out);
   return AppendValue(token, plan, out, count);
 }
 
 bool TName::AppendValue(TToken& token, const TPlan* plan, NQ_TString& out, int& count) {
-  if (token.text.empty()) return ResolveEmptyToken();
+  if (token.text.empty()) return ResolveEmptyToken(count);
   const unsigned int begin = out.Length();
   if (plan != nullptr && AppendPlanned(token, *plan, out, count)) {
     if (budget_.characters >= 0) return true;
@@ -207,17 +216,11 @@ bool TName::AppendValue(TToken& token, const TPlan* plan, NQ_TString& out, int& 
   }
   NQ_TString value;
   if (!ResolveTokenEx(token, value, count)) return false;
-  AppendFree(value.StringView(), out);
+  AppendUnits(value.StringView(), out);
   return true;
 }
 
-// The text of the outermost template is free: only what values add to it is bounded.
-void TName::AppendLiteral(std::u16string_view text, NQ_TString& out) {
-  if (budget_.depth > 1) budget_.characters -= static_cast<std::int64_t>(text.size());
-  AppendFree(text, out);
-}
-
-void TName::AppendFree(std::u16string_view text, NQ_TString& out) {
+void TName::AppendUnits(std::u16string_view text, NQ_TString& out) {
   if (!text.empty()) Copy(text, out.AppendUninitialized(static_cast<unsigned int>(text.size())));
 }
 
@@ -292,9 +295,10 @@ bool TName::AppendUnformatted(TToken& token, const TPlan& plan, NQ_TString& out,
     isText ? format->AppendText(plan.units, out) : format->AppendInteger(plan.number, out);
     text = out.StringView().substr(begin);
   } else if (!stages) {
-    AppendFree(text, out);
+    AppendUnits(text, out);
   }
-  const auto counted = static_cast<std::int64_t>(text.size());  // stages may leave little of much
+  // Formats and stages may leave little of much.
+  const auto counted = static_cast<std::int64_t>(std::max(plan.units.size(), text.size()));
   if (stages && !AppendStages(token, begin, text, out)) {
     out.Truncate(begin);
     return false;
@@ -313,7 +317,7 @@ bool TName::AppendNested(const TPlan& plan, NQ_TString& out, int& count) {
 
 // Appends what the stages leave of a text, which may lie in out from begin on, and then goes; false when a stage has
 // something to report.
-bool TName::AppendStages(TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out) const {
+bool TName::AppendStages(TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out) {
   const TEntrySlots& slots = token.entry->Slots();
   const unsigned int end = out.Length();
   if (!Cut(token, slots, text)) return false;
@@ -326,10 +330,11 @@ bool TName::AppendStages(TToken& token, unsigned int begin, std::u16string_view 
   return true;
 }
 
-bool TName::AppendGroup(TToken& token, std::u16string_view text, NQ_TString& out) const {
+bool TName::AppendGroup(TToken& token, std::u16string_view text, NQ_TString& out) {
   if (text.size() > kLongSubject || budget_.RegexSpent()) return false;
   const auto* const own = token.parts.regex.empty() ? TextIn(token.entry->Slots().regex) : nullptr;
   if (token.parts.regex.empty() && own == nullptr) return false;
+  budget_.BeginRegex();
   const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
   const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
   return regex.AppendFirstGroup(text, limits, out).kind == TRegexResult::TKind::Matched;

@@ -54,6 +54,7 @@ bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
   const NQ_TString key(token.parts.key);
   if (const char* limit = ExceededLimit()) return LogToken(key, limit), false;
   --budget_.tokens;
+  budget_.PauseRegex();
   if (warnObject_ != nullptr) {
     warnObject_->WarnLookup(key, this);
   } else if (warnFunction_ != nullptr) {
@@ -65,16 +66,19 @@ bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
   NQ_TAny value;
   if (!LookUp(key, *entry, value)) return false;
   const std::int64_t before = budget_.characters;
+  // A value counts once, by the longest text on its way: handlers may leave little of much.
+  const auto charge = [&](const NQ_TString& text) {
+    budget_.characters = std::min(budget_.characters, before - static_cast<std::int64_t>(text.Length()));
+  };
   ResolveNested(value, count);
+  if (const auto* text = std::as_const(value).As<NQ_TString>()) charge(*text);
   const TTypeFunction toText = TypeFunctionIn(entry->Slots().typeHandler);
   if (toText == nullptr) return LogToken(key, " No type handler defined"), false;
   if (!toText(key, value, NQ_TString(token.parts.format), entry, this, result)) return false;
-  // A value counts once, by the longest text on its way: stages may leave little of much.
-  const auto charge = [&] { budget_.characters = std::min(budget_.characters, before - result.Length()); };
-  charge();
+  charge(result);
   if (!RunStages(key, token, *entry, result)) return false;
   const bool formatted = ApplyFormattingOptions(key, *entry, result);
-  charge();
+  charge(result);
   if (budget_.characters < 0) return LogToken(key, kTooManyCharacters), false;
   return formatted;
 }
