@@ -49,14 +49,20 @@ TEST(DateTimePatterns, LimitsAndErrors) {
       {tooLong, "", "", kTime, "! Date pattern is longer than 256 characters [" + tooLong + "]"},
       {"d", "", "en" + string(100'000, '-') + "x", kTime, "! U_ILLEGAL_ARGUMENT_ERROR [d]"},
   };
-  for (const auto& [pattern, zone, language, time, written] : writing) {
-    const auto write = [&](NQ_TString& out) { FormatDateTime(S(pattern), S(zone), S(language), time, out); };
-    EXPECT_EQ(Outcome(NQ_TString("as before"), write), written) << pattern.substr(0, 50) << " of " << time;
+  for (const auto& row : writing) {
+    const auto write = [&](NQ_TString& out) {
+      FormatDateTime(S(row.pattern), S(row.zone), S(row.language), row.time, out);
+    };
+    EXPECT_EQ(Outcome(NQ_TString("as before"), write), row.written) << row.pattern.substr(0, 50) << " of " << row.time;
   }
-  for (const auto& [pattern, text, read] :
-       {std::tuple(string("yyyy-MM-dd"), digits, "! Unparseable date: error at index 1024 [" + digits + "]"),
-        {tooLong, "2020", "! Date pattern is longer than 256 characters [" + tooLong + "]"}}) {
-    EXPECT_EQ(Outcome(-7.0, [&](double& time) { ParseDateTime(S(pattern), "", "", S(text), time); }), read);
+  const struct {
+    string pattern, text, read;
+  } reading[] = {
+      {"yyyy-MM-dd", digits, "! Unparseable date: error at index 1024 [" + digits + "]"},
+      {tooLong, "2020", "! Date pattern is longer than 256 characters [" + tooLong + "]"},
+  };
+  for (const auto& row : reading) {
+    EXPECT_EQ(Outcome(-7.0, [&](double& time) { ParseDateTime(S(row.pattern), "", "", S(row.text), time); }), row.read);
   }
   NQ_TString out;
   FormatDateTime(NQ_TString(u"d\xD83D\U0001F4C4\xDCC4"), "", "", kTime, out);

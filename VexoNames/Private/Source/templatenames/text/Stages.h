@@ -8,7 +8,7 @@
 //   if (ParseElem(u"_,1", separator, index) == TStageError::None) ...
 //   Element(u"job_0815_cover", separator, index);   // 0815
 //
-// Positions count UTF-16 units. Nothing is copied: results lie in the input, separators in the specification.
+// Positions count UTF-16 units. Nothing is copied: results lie in the input, separators in what was read.
 // The time taken is linear in the input, whatever the separator and the index. Nothing here fails otherwise
 // than by the returned error; any thread may call.
 #pragma once
