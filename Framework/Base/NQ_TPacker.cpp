@@ -78,7 +78,14 @@ void NQ_TPacker::PackAny(const NQ_TAny& value) {
   EndClass(value.ClassName());
 }
 
-NQ_TUnpacker::NQ_TUnpacker(std::string_view bytes) : rest_(bytes) { __NQ_INITIALIZATION_FUNCTION_NQ_Base__(); }
+NQ_TUnpacker::NQ_TUnpacker(std::string_view bytes, std::size_t maxItems) : rest_(bytes), itemsLeft_(maxItems) {
+  __NQ_INITIALIZATION_FUNCTION_NQ_Base__();
+}
+
+void NQ_TUnpacker::CountItem() {
+  if (itemsLeft_ == 0) Malformed("there are more items than allowed");
+  --itemsLeft_;
+}
 
 std::string_view NQ_TUnpacker::Take(std::size_t count) {
   if (count > rest_.size()) Malformed("it ends too early");
@@ -118,6 +125,7 @@ std::int32_t NQ_TUnpacker::UnpackInt32() { return static_cast<std::int32_t>(Numb
 double NQ_TUnpacker::UnpackDouble() { return std::bit_cast<double>(Number('d', 8)); }
 
 NQ_TString NQ_TUnpacker::UnpackString() {
+  CountItem();
   const std::size_t length = Number('s', 4);
   const std::string_view bytes = Take(length * 2);
   if (length == 0) return {};
@@ -132,6 +140,7 @@ NQ_TString NQ_TUnpacker::UnpackString() {
 }
 
 NQ_TAny NQ_TUnpacker::UnpackAny() {
+  CountItem();
   const char tag = TakeTag();
   if (tag == '0') return {};
   if (tag == '-') return NQ_TAny::Illegal();

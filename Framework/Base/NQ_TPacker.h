@@ -5,6 +5,8 @@
 //   NQ_TAny again = NQ_TUnpacker(packer.Bytes()).UnpackAny();
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,11 +40,12 @@ class NQ_EXPORT NQ_TPacker final : public NQ_IPacking {
 };
 
 /// Reads what an NQ_TPacker wrote. The bytes are not trusted: whatever does not fit throws NQ_EException, and objects
-/// nest at most 200 deep. One thread at a time.
+/// nest at most 200 deep, and there are no more items than allowed. One thread at a time.
 class NQ_EXPORT NQ_TUnpacker final : public NQ_IUnpacking {
  public:
-  /// The bytes must stay in place while they are read.
-  explicit NQ_TUnpacker(std::string_view bytes);
+  /// The bytes must stay in place while they are read. Items are variants and texts, names of classes included: one
+  /// byte of them may become a hundred in memory.
+  explicit NQ_TUnpacker(std::string_view bytes, std::size_t maxItems = std::numeric_limits<std::size_t>::max());
 
   void BeginClass(const char* name) override;
   void EndClass(const char* name) override;
@@ -53,13 +56,16 @@ class NQ_EXPORT NQ_TUnpacker final : public NQ_IUnpacking {
   NQ_TAny UnpackAny() override;
 
   bool AtEnd() const { return rest_.empty(); }
+  std::size_t ItemsLeft() const { return itemsLeft_; }
 
  private:
   std::string_view Take(std::size_t count);
   char TakeTag();
   void Expect(char tag);
+  void CountItem();
   std::uint64_t Number(char tag, unsigned size);
 
   std::string_view rest_;
+  std::size_t itemsLeft_;
   int depth_ = 0;
 };

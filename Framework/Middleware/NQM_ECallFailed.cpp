@@ -2,20 +2,22 @@
 
 namespace {
 
-constexpr int kShownUnits = 200;  // of a method name: it may come from a record, of any length
+constexpr int kShownUnits = 200;  // of a method and of an address: they may come from a record, of any length
 
 NQ_TString MethodOf(const NQ_TDict& request) {
   const auto* const method = request.Get<NQ_TString>("M");
   return method == nullptr ? NQ_TString() : method->Substring(0, kShownUnits);
 }
 
+NQ_TString TextOf(const NQM_TAddress& address) { return address.Text().Substring(0, kShownUnits); }
+
 NQ_TString Message(const NQM_TAddress& address, const NQ_TDict& request, const NQ_TString& reason) {
-  return NQ_TString("Calling \"") + MethodOf(request) + "\" at " + address.Text() + ": " + reason;
+  return NQ_TString("Calling \"") + MethodOf(request) + "\" at " + TextOf(address) + ": " + reason;
 }
 
 NQ_TDict Data(const NQM_TAddress& address, const NQ_TDict& request, const char* cause) {
   NQ_TDict data;
-  data.Add("Method", MethodOf(request)).Add("Address", address.Text()).Add("Cause", cause);
+  data.Add("Method", MethodOf(request)).Add("Address", TextOf(address)).Add("Cause", cause);
   return data;
 }
 

@@ -19,6 +19,7 @@ struct NQM_TGrpcCredentials {
 /// Bounds on what is taken from the other side, and sent to it. Values in values in a message are bounded to 200 deep.
 struct NQM_TGrpcLimits {
   /// Bytes of a request or a reply, also after a compressed one is unpacked.
+  /// A server takes requests of twice as many bytes at a time; what comes beyond is refused.
   std::size_t maxMessageBytes = 64 * 1024 * 1024;
   /// Values and texts in a request or a reply: two bytes of a message may become a hundred in memory.
   std::size_t maxValues = 4'000'000;

@@ -25,13 +25,35 @@ std::shared_ptr<grpc::ServerCredentials> ServerCredentials(const NQM_TGrpcCreden
   return grpc::SslServerCredentials(options);
 }
 
+/// What one of the calls at work adds to a sum, while it lives.
+class TShare {
+ public:
+  TShare(std::atomic<std::size_t>& sum, std::size_t share) : sum_(sum), share_(share), all_(sum += share) {}
+  TShare(const TShare&) = delete;
+  TShare& operator=(const TShare&) = delete;
+  ~TShare() { sum_ -= share_; }
+
+  /// The sum with this share.
+  std::size_t All() const { return all_; }
+
+ private:
+  std::atomic<std::size_t>& sum_;
+  std::size_t share_;
+  std::size_t all_;
+};
+
 /// Hands each call to the local service that it is meant for.
 class TOffer final : public pb::Middleware::Service {
  public:
   TOffer(std::shared_ptr<NQM_TServices> services, const NQM_TGrpcLimits& limits)
       : services_(std::move(services)), limits_(limits) {}
 
-  grpc::Status Call(grpc::ServerContext*, const pb::Request* request, pb::Reply* reply) override {
+  grpc::Status Call(grpc::ServerContext* context, const pb::Request* request, pb::Reply* reply) override {
+    if (context->IsCancelled()) return grpc::Status::CANCELLED;
+    // In memory a request may take many times its bytes.
+    const TShare share(bytesAtWork_, request->request().size());
+    if (share.All() / 2 > limits_.maxMessageBytes)
+      return {grpc::StatusCode::RESOURCE_EXHAUSTED, "the server is busy with other large requests"};
     const NQM_TAddress address{{}, nq::wire::ToText(request->service()), port};
     const auto service = services_->Find(address);
     if (service == nullptr) return {grpc::StatusCode::NOT_FOUND, "the server offers no such service"};
@@ -50,12 +72,21 @@ class TOffer final : public pb::Middleware::Service {
     return grpc::Status::OK;
   }
 
+  bool HasServices() const { return services_ != nullptr; }
+
   std::atomic<std::uint16_t> port{0};
 
  private:
   const std::shared_ptr<NQM_TServices> services_;
   const NQM_TGrpcLimits limits_;
+  std::atomic<std::size_t> bytesAtWork_{0};
 };
+
+/// A number with colons stands in brackets where a port follows.
+std::string Listening(const NQM_TGrpcServerOptions& options) {
+  const bool bare = options.host.find(':') != std::string::npos && options.host.front() != '[';
+  return (bare ? '[' + options.host + ']' : options.host) + ':' + std::to_string(options.port);
+}
 
 }  // namespace
 
@@ -63,11 +94,13 @@ class NQM_TGrpcServer::TImplementation {
  public:
   TImplementation(std::shared_ptr<NQM_TServices> services, const NQM_TGrpcServerOptions& options)
       : offer_(std::move(services), options.limits) {
+    if (!offer_.HasServices()) nq::Throw(NQ_EException("The middleware server has no services to offer"));
+    if (options.maxThreads < 2) nq::Throw(NQ_EException("The middleware server needs two threads at least"));
     grpc::ResourceQuota quota;
     quota.SetMaxThreads(options.maxThreads);
     grpc::ServerBuilder builder;
     int port = 0;
-    const std::string address = options.host + ':' + std::to_string(options.port);
+    const std::string address = Listening(options);
     builder.AddListeningPort(address, ServerCredentials(options.credentials), &port);
     builder.RegisterService(&offer_);
     builder.SetResourceQuota(quota);

@@ -27,7 +27,7 @@ struct NQM_TGrpcServerOptions {
   NQM_TGrpcCredentials credentials;
   NQM_TGrpcLimits limits;
   /// Calls at a time, roughly: each takes a thread as long as its service works, and gRPC needs some for itself. What
-  /// exceeds it is refused.
+  /// exceeds it is refused. At least 2.
   int maxThreads = 256;
 };
 
@@ -35,7 +35,7 @@ struct NQM_TGrpcServerOptions {
 class NQ_EXPORT NQM_TGrpcServer {
  public:
   /// Listens from now on. Throws NQ_EException when it cannot: the port is taken, the host is none of this computer,
-  /// the credentials are no certificates.
+  /// the credentials are no certificates, there are no services or too few threads.
   explicit NQM_TGrpcServer(std::shared_ptr<NQM_TServices> services, const NQM_TGrpcServerOptions& options = {});
   /// Stops at once, as Stop does.
   ~NQM_TGrpcServer();
@@ -45,7 +45,8 @@ class NQ_EXPORT NQM_TGrpcServer {
   std::uint16_t Port() const;
 
   /// Takes no new calls, and lets those under way end until the grace is over; what is then left fails at its caller
-  /// as unreachable. Returns when no service is at work any more: a service that has begun cannot be interrupted.
+  /// as unreachable. Returns when no service is at work any more: a service that has begun cannot be interrupted, and
+  /// must not call this.
   /// Further calls of this wait for the first one.
   void Stop(std::chrono::milliseconds grace = std::chrono::milliseconds(0));
 

@@ -72,12 +72,13 @@ std::shared_ptr<grpc::ChannelCredentials> ChannelCredentials(const NQM_TGrpcCred
 /// Host and port as a gRPC target. The host comes from records and templates: only what can be a host name or a
 /// number is taken, so that it cannot name another kind of target.
 std::string PlainTarget(const NQM_TAddress& address, std::uint16_t servicePort) {
-  constexpr std::string_view kHostCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._:[]";
+  constexpr std::string_view kHostCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._:";
   constexpr std::size_t kMostHostBytes = 255;  // RFC 1035
-  std::string host = address.host.Empty() ? "localhost" : address.host.c_str();
+  std::string host(address.host.Empty() ? "localhost" : address.host.Narrow());
+  if (host.size() > 2 && host.front() == '[' && host.back() == ']') host = host.substr(1, host.size() - 2);
   if (host.size() > kMostHostBytes || host.find_first_not_of(kHostCharacters) != std::string::npos)
     throw TFailure{NQM_ECallFailed::kUnreachable, "this is no host name"};
-  if (host.find(':') != std::string::npos && host.front() != '[') host = '[' + host + ']';
+  if (host.find(':') != std::string::npos) host = '[' + host + ']';
   return "dns:///" + host + ':' + std::to_string(address.port != 0 ? address.port : servicePort);
 }
 

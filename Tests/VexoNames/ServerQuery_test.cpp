@@ -168,6 +168,8 @@ TEST(ServerQuery, RepliesAreKeptUntilTheyAreCleared) {
       {"cleared by key", "<c/> clear:c <c/> clear:u <c/>", "Get1 Get2 Get2"},
       {"cleared with all others", "<c/> <d/> clear:* <c/> <d/> <c/>", "Get1 Get2 Get3 Get4 Get3"},
       {"a value that was set stays", "<c/> clear:c set:c <c/> clear:c clear:* <c/>", "Get1 set set"},
+      {"also when it takes a reply's place", "<c/> set:c clear:c <c/> <d/> remove:d set:d clear:* <d/>",
+       "Get1 set Get2 set"},
       {"and hides the service of an uncached name", "set:u <u/> <u/> remove:u <u/>", "set set Get1"},
       {"removed by hand", "<c/> remove:c <c/>", "Get1 Get2"},
       {"defined as a query once more", "<c/> lookup:c <c/>", "Get1 Get2"},
@@ -392,6 +394,15 @@ TEST(ServerQuery, RepliesThatAskAgainEndAtALimit) {
     EXPECT_NE(output.Take().find("Key: \"q\" More queries than the limit allows\n"), std::string::npos);
     names.SetDebugLevel(0);
   }
+}
+
+TEST(ServerQuery, NoTimeLeftMeansNoRequest) {
+  TName names;
+  names.SetLimits({.queryMilliseconds = 0});
+  DefineAll(names, "{q = {Type = Name, Server = s, Method = Get}}");
+  Services services([](const NQ_TDict&) { return S("reply"); });
+  EXPECT_EQ(Resolved(names, "<q/>"), "! <q/>");
+  EXPECT_TRUE(services.Asked().empty());
 }
 
 // ---- shared clients

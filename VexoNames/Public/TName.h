@@ -286,6 +286,7 @@ class NQ_EXPORT TName {
     std::int64_t regexLook = 0;          // the last look at the clock, in milliseconds; 0: the clock stands still
     int regexSearches = 0;               // until the next look
     int queries = 0;                     // as many may still be made
+    std::int64_t queryMilliseconds = 0;  // as long may they still take
 
     bool RegexSpent() const { return regexMilliseconds <= 0; }
     static constexpr int kSearchesPerLook = 8;  // a look for each search would cost as much as the search

@@ -19,6 +19,9 @@ struct TNameLimits {
   /// Requests to services per public call. A reply may hold tokens that ask again; 10,000 is more than the names of any
   /// template ask for, and at a millisecond each takes ten seconds.
   int queries = 10'000;
+  /// Time that those requests may take together, by the clock. A minute is two calls of the default deadline: services
+  /// that do not answer hold nobody up for longer than that and the request in hand.
+  std::int64_t queryMilliseconds = 60'000;
   /// Steps that the regular-expression matcher may take from one starting position in a value (from each of fewer, the
   /// longer the value is), and how deep it may recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;

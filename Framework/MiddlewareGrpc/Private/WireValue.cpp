@@ -39,13 +39,13 @@ void Require(bool fits) {
 }
 
 void Write(const NQ_TAny& any, int depth, Value& out);
-NQ_TAny Read(const Value& in);
+NQ_TAny Read(const Value& in, std::size_t& items);
 
 /// How values of one class are written and read.
 struct TForm {
   const char* className;
   void (*write)(const NQ_TAny& any, int depth, Value& out);
-  NQ_TAny (*read)(const Value& in);
+  NQ_TAny (*read)(const Value& in, std::size_t& items);  // items: as many may still be in packed objects
 };
 
 template <class T>
@@ -63,7 +63,7 @@ void WriteURL(const NQ_TAny& any, int, Value& out) {
   for (const NQ_TString& part : {url.Scheme(), url.Host(), url.Path()}) out.add_texts(FromText(part));
 }
 
-NQ_TAny ReadURL(const Value& in) {
+NQ_TAny ReadURL(const Value& in, std::size_t&) {
   Require(in.texts_size() == 3);
   NQ_TURL url;
   url.SetScheme(ToText(in.texts(0)));
@@ -81,10 +81,10 @@ void WriteKeyed(const NQ_TAny& any, int depth, Value& out) {
 }
 
 template <class T>
-NQ_TAny ReadKeyed(const Value& in) {
+NQ_TAny ReadKeyed(const Value& in, std::size_t& items) {
   Require(in.texts_size() == in.values_size());
   T keyed;
-  for (int i = 0; i < in.values_size(); ++i) keyed.Add(ToText(in.texts(i)), Read(in.values(i)));
+  for (int i = 0; i < in.values_size(); ++i) keyed.Add(ToText(in.texts(i)), Read(in.values(i), items));
   return NQ_TAny(std::move(keyed));
 }
 
@@ -94,9 +94,9 @@ void WriteSequence(const NQ_TAny& any, int depth, Value& out) {
 }
 
 template <class T>
-NQ_TAny ReadSequence(const Value& in) {
+NQ_TAny ReadSequence(const Value& in, std::size_t& items) {
   T sequence;
-  for (const Value& value : in.values()) sequence.Add(Read(value));
+  for (const Value& value : in.values()) sequence.Add(Read(value, items));
   return NQ_TAny(std::move(sequence));
 }
 
@@ -106,29 +106,30 @@ void WriteObject(const NQ_TAny& any, int, Value& out) {
   out.set_text(packer.Bytes());
 }
 
-NQ_TAny ReadObject(const Value& in) {
-  NQ_TUnpacker unpacker(in.text());
+NQ_TAny ReadObject(const Value& in, std::size_t& items) {
+  NQ_TUnpacker unpacker(in.text(), items);
   NQ_TAny any = unpacker.UnpackAny();
+  items = unpacker.ItemsLeft();
   Require(unpacker.AtEnd());
   return any;
 }
 
 // By kind. Null and illegal have no class; the last row takes every class that has none of its own.
 constexpr TForm kForms[] = {
-    {"", [](const NQ_TAny&, int, Value&) {}, [](const Value&) { return NQ_TAny(); }},
-    {"", [](const NQ_TAny&, int, Value&) {}, [](const Value&) { return NQ_TAny::Illegal(); }},
+    {"", [](const NQ_TAny&, int, Value&) {}, [](const Value&, std::size_t&) { return NQ_TAny(); }},
+    {"", [](const NQ_TAny&, int, Value&) {}, [](const Value&, std::size_t&) { return NQ_TAny::Illegal(); }},
     {"NQ_TBool", [](const NQ_TAny& any, int, Value& out) { out.set_integer(Held<NQ_TBool>(any).Value() ? 1 : 0); },
-     [](const Value& in) { return NQ_TAny(in.integer() != 0); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(in.integer() != 0); }},
     {"NQ_TInt32", [](const NQ_TAny& any, int, Value& out) { out.set_integer(any.AsInt32()); },
-     [](const Value& in) { return NQ_TAny(in.integer()); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(in.integer()); }},
     {"NQ_TDouble", [](const NQ_TAny& any, int, Value& out) { out.set_number(Held<NQ_TDouble>(any).Value()); },
-     [](const Value& in) { return NQ_TAny(in.number()); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(in.number()); }},
     {"NQ_TString", [](const NQ_TAny& any, int, Value& out) { out.set_text(FromText(Held<NQ_TString>(any))); },
-     [](const Value& in) { return NQ_TAny(ToText(in.text())); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(ToText(in.text())); }},
     {"NQ_TTime", WriteMilliseconds<NQ_TTime>,
-     [](const Value& in) { return NQ_TAny(NQ_TTime::FromMilliseconds(in.number())); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(NQ_TTime::FromMilliseconds(in.number())); }},
     {"NQ_TInterval", WriteMilliseconds<NQ_TInterval>,
-     [](const Value& in) { return NQ_TAny(NQ_TInterval(in.number())); }},
+     [](const Value& in, std::size_t&) { return NQ_TAny(NQ_TInterval(in.number())); }},
     {"NQ_TURL", WriteURL, ReadURL},
     {"NQ_TDict", WriteKeyed<NQ_TDict>, ReadKeyed<NQ_TDict>},
     {"NQ_TTree", WriteKeyed<NQ_TTree>, ReadKeyed<NQ_TTree>},
@@ -154,9 +155,9 @@ void Write(const NQ_TAny& any, int depth, Value& out) {
 }
 
 // How deep the message nests has been looked at before.
-NQ_TAny Read(const Value& in) {
+NQ_TAny Read(const Value& in, std::size_t& items) {
   Require(Value::Kind_IsValid(in.kind()));
-  return kForms[in.kind()].read(in);
+  return kForms[in.kind()].read(in, items);
 }
 
 /// Looks at how deep a message nests, and counts its values and texts, without taking it apart.
@@ -209,7 +210,8 @@ NQ_TAny ToValue(std::string_view bytes, const NQM_TGrpcLimits& limits) {
   in.SetRecursionLimit(kMaxDepth + 1);
   Value message;
   Require(message.ParseFromCodedStream(&in) && in.ConsumedEntireMessage());
-  return Read(message);
+  std::size_t items = limits.maxValues;
+  return Read(message, items);
 }
 
 int MessageLimit(const NQM_TGrpcLimits& limits) {

@@ -189,6 +189,10 @@ TEST(GrpcServer, SaysWhenItCannotListen) {
                 NQM_TGrpcServer(network.services, options);
               }).find("NQ_EException: The middleware server cannot listen on "),
               0U);
+  NQM_TGrpcServerOptions lonely;
+  lonely.maxThreads = 1;
+  EXPECT_NE(Thrown([&] { NQM_TGrpcServer(network.services, lonely); }), "");
+  EXPECT_NE(Thrown([&] { NQM_TGrpcServer(nullptr); }), "");
 }
 
 /// The other side, bare: notes who calls, and answers what it is told.

@@ -114,6 +114,10 @@ TEST(WireValue, ValuesAndTextsAreCounted) {
   EXPECT_EQ(Thrown([&] { ToValue(Bytes(Value::DICT, 5, 5), limits); }), "");
   for (const std::string& bytes : {Bytes(Value::DICT, 6, 5), Bytes(Value::ARRAY, 0, 11), Bytes(Value::STRING, 11, 0)})
     EXPECT_EQ(Thrown([&] { ToValue(bytes, limits); }), "NQ_EException: there are more values than allowed");
+  NQ_TArray many;  // in a packed object too
+  for (int i = 0; i < 10; ++i) many.Add(NQ_TAny());
+  EXPECT_EQ(Thrown([&] { ToValue(Bytes(Value::OBJECT, 0, 0, Packed(many)), limits); }),
+            "NQ_EException: Malformed packed data: there are more items than allowed");
 }
 
 // Whatever happens to the bytes: an exception, or a value that travels.

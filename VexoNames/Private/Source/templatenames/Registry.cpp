@@ -142,6 +142,7 @@ void TName::StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_li
   const std::lock_guard guard(lock_);
   TEntry& entry = FindEntry(key);
   if (std::ranges::find(types, GetType(key)) == types.end()) nq::Throw(NQ_EIncompatibleType(key));
+  entry.Remove(Keys().cacheFilled);  // what a caller sets is no reply that was kept
   entry.Add(Keys().value, std::move(value));
 }
 
@@ -179,7 +180,9 @@ bool TName::HasValue(const NQ_TString& key) const {
 void TName::RemValue(const NQ_TString& key) {
   if (Logs(2)) Log("TName::RemValue: Key = \"", key, '"');
   const std::lock_guard guard(lock_);
-  FindEntry(key).Remove(Keys().value);
+  TEntry& entry = FindEntry(key);
+  entry.Remove(Keys().value);
+  entry.Remove(Keys().cacheFilled);
 }
 
 int TName::Increment(const NQ_TString& key) { return Count(key, 1); }

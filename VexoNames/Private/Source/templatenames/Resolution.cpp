@@ -25,6 +25,7 @@ class TName::TRun {
       names_.budget_.regexLook = 0;
       names_.budget_.regexSearches = TBudget::kSearchesPerLook;
       names_.budget_.queries = names_.limits_.queries;
+      names_.budget_.queryMilliseconds = names_.limits_.queryMilliseconds;
     }
   }
   TRun(const TRun&) = delete;

@@ -1,5 +1,7 @@
 // TName: values from services. A name's entry says whom to ask ("Host", "Server"), what ("Method", "Params"), and keeps
 // the reply of a cached query as its "Value", with "CacheFilled" beside it.
+#include <chrono>
+
 #include "AttributeKeys.h"
 #include "NQ_EException.h"
 #include "NQ_TArray.h"
@@ -60,7 +62,9 @@ void TName::ClearCaches() {
 // ---- asking
 
 bool TName::ServerQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value) {
+  const bool stored = entry->HasKey(Keys().value);
   if (!ServerQueryHandlerNoCache(key, entry, names, value)) return false;
+  if (stored) return true;  // a reply that was kept before, or a value that somebody has set
   try {
     entry->Add(Keys().value, NQ_TAny(value));
     entry->Add(Keys().cacheFilled, true);
@@ -109,8 +113,13 @@ bool TName::Query(const NQ_TString& key, const NQ_TDict& entry, NQ_TAny& value) 
     method.BeginsWith("Conditional", 0) ? ResolveParameters(params) : ResolveDependencies(key, params);
   }
   if (budget_.queries <= 0) return LogToken(key, " More queries than the limit allows"), false;
+  if (budget_.queryMilliseconds <= 0) return LogToken(key, " More time for queries than the limit allows"), false;
   --budget_.queries;
-  return DoQueryRPC(host, server, method, params, value);
+  const auto begin = std::chrono::steady_clock::now();
+  const bool answered = DoQueryRPC(host, server, method, params, value);
+  const auto taken = std::chrono::steady_clock::now() - begin;
+  budget_.queryMilliseconds -= std::chrono::duration_cast<std::chrono::milliseconds>(taken).count();
+  return answered;
 }
 
 void TName::ResolveParameters(NQ_TDict& params) {
