@@ -1,8 +1,6 @@
 // What Docs/formatting-options.md shows is what happens.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -10,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "DocsPage.h"
 #include "NQ_TArray.h"
 #include "TName.h"
 
@@ -20,37 +19,11 @@ using TJson = nlohmann::json;
 using TRow = std::vector<string>;
 
 const string& Page() {
-  static const string page = [] {
-    std::ostringstream text;
-    text << std::ifstream(VEXONAMES_SOURCE_DIR "/Docs/formatting-options.md").rdbuf();
-    return text.str();
-  }();
+  static const string page = names_test::Page("formatting-options.md");
   return page;
 }
 
-// A cell without blanks around it; code without its backticks.
-string Shown(string cell) {
-  cell.erase(0, cell.find_first_not_of(' '));
-  cell.erase(cell.find_last_not_of(' ') + 1);
-  const bool code = cell.size() > 1 && cell.front() == '`' && cell.back() == '`';
-  return code ? cell.substr(1, cell.size() - 2) : cell;
-}
-
-// The rows of all tables of the page whose first column has that title.
-std::vector<TRow> Rows(const string& title) {
-  std::vector<TRow> rows;
-  std::istringstream lines(Page());
-  string header;
-  for (string line; std::getline(lines, line);) {
-    if (line.substr(0, 2) == "|-") continue;
-    TRow row;
-    std::istringstream cells(line.substr(0, 2) == "| " ? line.substr(1) : "");
-    for (string cell; std::getline(cells, cell, '|');) row.push_back(Shown(cell));
-    if (!row.empty() && header == title) rows.push_back(row);
-    if (header.empty() || row.empty()) header = row.empty() ? "" : row.front();
-  }
-  return rows;
-}
+std::vector<TRow> Rows(const string& title) { return names_test::Rows(Page(), title); }
 
 NQ_TString Wide(const string& utf8) { return NQ_TString(std::string_view(utf8)); }
 

@@ -1,6 +1,7 @@
 // VexoNameUtils: names of the container that the input lies in.
 #include "Handlers.h"
 #include "NameGroups.h"
+#include "NameTables.h"
 #include "Reading.h"
 #include "Services/CW_TProxy.h"
 
@@ -9,14 +10,8 @@ using systemnames::Entry;
 using systemnames::Held;
 using systemnames::SetIfDefined;
 
-namespace {
-
-constexpr const char* kNames[] = {"containername", "containerurl"};
-
-}  // namespace
-
 void VexoNameUtils::SetContainerLookupHandler(TName& names) const {
-  systemnames::InstallAll(names, kNames, handlers_->container);
+  systemnames::InstallAll(names, systemnames::kContainerNames, handlers_->container);
 }
 
 bool VexoNameUtils::LookupContainerInfo(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {

@@ -1,12 +1,14 @@
 // VexoNameUtils: names of the input file.
 #include "Handlers.h"
 #include "NameGroups.h"
+#include "NameTables.h"
 #include "Reading.h"
 #include "Services/FS_TProxy.h"
 
 using systemnames::Attempt;
 using systemnames::Entry;
 using systemnames::Held;
+using systemnames::kFileNames;
 
 namespace {
 
@@ -17,18 +19,6 @@ NQ_TString FirstFolder(const NQ_TURL& file) {
   const std::size_t second = first == path.npos ? first : path.find(u'/', first + 1);
   return first == 0 || second == path.npos ? NQ_TString() : NQ_TString(path.substr(first + 1, second - first - 1));
 }
-
-constexpr struct {
-  const char* name;
-  void (*set)(TName& names, const NQ_TString& name, const NQ_TURL& file);
-} kNames[] = {
-    {"file", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.FileName()); }},
-    {"filespec", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f); }},
-    {"filelocation", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.Location()); }},
-    {"fileurl", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.Location()); }},
-    {"file1stfolder", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, FirstFolder(f)); }},
-    {"filefolder", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.FolderName()); }},
-};
 
 // What the file server says of an attribute; the fallback when it is not there, fails, or says nothing of use.
 NQ_TString AttributeOf(FS_TProxy* files, const NQ_TURL& file, const NQ_TDict& wanted, const char* answer,
@@ -44,8 +34,17 @@ NQ_TString AttributeOf(FS_TProxy* files, const NQ_TURL& file, const NQ_TDict& wa
 
 }  // namespace
 
+const systemnames::TFileName systemnames::kFileNames[6] = {
+    {"file", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.FileName()); }},
+    {"filespec", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f); }},
+    {"filelocation", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.Location()); }},
+    {"fileurl", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.Location()); }},
+    {"file1stfolder", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, FirstFolder(f)); }},
+    {"filefolder", [](TName& n, const NQ_TString& name, const NQ_TURL& f) { n.SetValue(name, f.FolderName()); }},
+};
+
 void VexoNameUtils::SetFileLookupHandler(TName& names) const {
-  for (const auto& row : kNames) systemnames::Install(names, row.name, handlers_->file);
+  for (const auto& row : kFileNames) systemnames::Install(names, row.name, handlers_->file);
 }
 
 void VexoNameUtils::SetFileTypeLookupHandler(TName& names) const {
@@ -64,7 +63,7 @@ bool VexoNameUtils::LookupFile(const NQ_TString& key, NQ_TDict&, TName& names, N
 }
 
 void VexoNameUtils::CalculateFileVexoNames(const NQ_TURL& file, TName& names) {
-  for (const auto& row : kNames) {
+  for (const auto& row : kFileNames) {
     const NQ_TString name(row.name);
     if (names.IsDefined(name)) Attempt([&] { row.set(names, name, file); });
   }

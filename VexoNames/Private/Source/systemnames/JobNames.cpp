@@ -2,44 +2,17 @@
 #include "Handlers.h"
 #include "NQ_TBoxed.h"
 #include "NameGroups.h"
+#include "NameTables.h"
 #include "Reading.h"
 #include "Requests.h"
 
 using systemnames::Attempt;
+using systemnames::kJobNames;
 using systemnames::TextOrEmpty;
 
 namespace {
 
 constexpr char kAnchor[] = "jobid";  // its raw data leads to the job
-
-constexpr struct {
-  const char* name;
-  const char* key;  // in what the job service says of a job
-} kNames[] = {
-    {"job", "Name"},
-    {"jobfolder", "Name"},
-    {"joborderid", "OrderId"},
-    {"jobsuborderid", "SubOrderId"},
-    {"jobdescription", "Description"},
-    {"jobduedate", "DueDate"},
-    {"jobduetime", "DueDate"},
-    {"jobcategory", "Category"},
-    {"jobcategory2", "Category2"},
-    {"jobcategory3", "Category3"},
-    {"jobcategory4", "Category4"},
-    {"jobcategory5", "Category5"},
-    {"jobcategory6", "Category6"},
-    {"jobcategory7", "Category7"},
-    {"jobcustomer", "Customer"},
-    {"jobcustomerref", "CustomerRef"},
-    {"jobscopemode", "ScopeMode"},
-    {"jobcsr", "CSR"},
-    {"jobcsremail", "CSREMail"},
-    {"jobprojectid", "ProjectId"},
-    {"jobfolderurl", "Url"},
-    {"joburl", "Url"},
-    {"jobmasterlocation", "CloudML"},
-};
 
 template <class T>
 bool SetAs(TName& names, const NQ_TString& name, const NQ_TAny& value) {
@@ -66,7 +39,7 @@ void SetUnknown(TName& names, const NQ_TString& name) {
 }  // namespace
 
 void VexoNameUtils::SetJobLookupHandler(TName& names) const {
-  for (const auto& row : kNames) systemnames::Install(names, row.name, handlers_->job);
+  for (const auto& row : kJobNames) systemnames::Install(names, row.name, handlers_->job);
 }
 
 bool VexoNameUtils::LookupJobInfo(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
@@ -74,7 +47,7 @@ bool VexoNameUtils::LookupJobInfo(const NQ_TString& key, NQ_TDict&, TName& names
 }
 
 void VexoNameUtils::CalculateJobVexoNames(const NQ_TDict& job, TName& names) {
-  for (const auto& row : kNames) {
+  for (const auto& row : kJobNames) {
     const NQ_TString name(row.name);
     if (!names.IsDefined(name)) continue;
     Attempt([&] {

@@ -5,30 +5,16 @@
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
 #include "NameGroups.h"
+#include "NameTables.h"
 #include "Reading.h"
 #include "Requests.h"
 
 using systemnames::Attempt;
+using systemnames::kProductNames;
 
 namespace {
 
 constexpr char kAnchor[] = "vxtpr:productid";  // its raw data leads to the product
-
-constexpr struct {
-  const char* key;  // in what the product service says of a product part
-  const char* name;
-} kNames[] = {
-    {"p.prodid", "vxtpr:productid"},           {"p.category1", "vxtpr:productcat1"},
-    {"p.category2", "vxtpr:productcat2"},      {"p.category3", "vxtpr:productcat3"},
-    {"c.desc", "vxtpr:productcusdesc"},        {"c.id", "vxtpr:productcusid"},
-    {"c.name", "vxtpr:productcusname"},        {"c.contact1", "vxtpr:productcuscontact1"},
-    {"c.email1", "vxtpr:productcusemail1"},    {"p.cusref", "vxtpr:productcusref"},
-    {"p.desc", "vxtpr:productdesc"},           {"p.name", "vxtpr:productname"},
-    {"omat.name", "vxtpr:productomatname"},    {"omat.descr", "vxtpr:productomatdescr"},
-    {"pp.category1", "vxtpr:productpartcat1"}, {"pp.category2", "vxtpr:productpartcat2"},
-    {"pp.category3", "vxtpr:productpartcat3"}, {"pp.name", "vxtpr:productpartname"},
-    {"pp.status", "vxtpr:productpartstatus"},
-};
 
 // Sets the value of a name that is defined; without one, or where it does not take it, it has none.
 template <class Value>
@@ -60,7 +46,7 @@ void SetAmount(TName& names, const NQ_TDict& part, const NQ_TString& jobId) {
 }
 
 void CalculateProductNames(TName& names, const NQ_TDict& part, const NQ_TString& jobId) {
-  for (const auto& row : kNames) SetOrRemove(names, row.name, part.Get<NQ_TString>(row.key));
+  for (const auto& row : kProductNames) SetOrRemove(names, row.name, part.Get<NQ_TString>(row.key));
   SetDataZone(names, part);
   SetAmount(names, part, jobId);
 }

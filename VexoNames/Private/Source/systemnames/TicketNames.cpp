@@ -1,6 +1,7 @@
 // VexoNameUtils: names of the task's ticket and its owner.
 #include "Handlers.h"
 #include "NameGroups.h"
+#include "NameTables.h"
 #include "Reading.h"
 #include "Services/A_TProxy.h"
 #include "Ticket/AT_TTicket.h"
@@ -11,8 +12,6 @@ using systemnames::Held;
 using systemnames::SetIfDefined;
 
 namespace {
-
-constexpr const char* kNames[] = {"id", "shortid", "wfid", "taskname", "ticketname", "operator"};
 
 // The last segment of its path without "*"; a ticket of no particular name goes by its workflow's label.
 NQ_TString TicketName(const AT_TTicket& ticket) {
@@ -30,7 +29,7 @@ NQ_TString AccountOf(const AT_TTicket& ticket) {
 }  // namespace
 
 void VexoNameUtils::SetTicketLookupHandler(TName& names) const {
-  systemnames::InstallAll(names, kNames, handlers_->ticket);
+  systemnames::InstallAll(names, systemnames::kTicketNames, handlers_->ticket);
 }
 
 void VexoNameUtils::SetTaskOwnerLookupHandler(TName& names) const {
