@@ -7,6 +7,7 @@
 #include "ReferenceEngines.h"
 #include "RegexTokens.h"
 #include "Subjects.h"
+#include "Task.h"
 #include "TextTokens.h"
 #include "VexoEngines.h"
 #include "formatting/DateTime.h"
@@ -154,6 +155,18 @@ Subjects LoadedRecords() {
   return subjects;
 }
 
+Subjects TaskSubjects() {
+  const auto steady = []<class Engine>(const char* name, const std::string& expected, std::unique_ptr<Engine> engine) {
+    return std::make_unique<Steady<Engine>>(name, 1, expected, std::move(engine));
+  };
+  const auto services = std::make_shared<TaskServices>();
+  Subjects subjects;
+  subjects.push_back(steady("task", TaskExpected(), std::make_unique<WholeTask>(services)));
+  subjects.push_back(steady("reset", "cover.pdf", std::make_unique<ResetAlone>(services)));
+  subjects.push_back(steady("services_alone", RequestsExpected(), std::make_unique<ServicesAlone>(services)));
+  return subjects;
+}
+
 Subjects RegistrySizes() {
   const Workload few = SpreadNames(100), many = SpreadNames(kLargestRegistry);
   const Registry fewNames = MakeRegistry(few), manyNames = MakeRegistry(many);
@@ -208,6 +221,7 @@ constexpr Group kGroups[] = {
     {"custom", "the same lines, four characters replaced", [] { return TextSubjects(kCustom); }, kSlice, 1},
     {"queries", "W2, plain values and kept replies of services", KeptReplies, kSlice, 1},
     {"records", "10,000 definition records; a token is a record", LoadedRecords, kLargeSlice, 4},
+    {"task", "a reset and 20 templates, services in this process; a token is a task", TaskSubjects, kSlice, 1, "tasks"},
     {"names", "100 tokens over registries of 100 and 1,000,000 names", RegistrySizes, kSlice, 1},
     {"tokens", "templates of 1,000 and 1,000,000 tokens", TemplateSizes, kLargeSlice, 10},
 };

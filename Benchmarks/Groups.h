@@ -13,6 +13,8 @@ struct Group {
   Subjects (*make)();
   double sliceNanoseconds;
   int roundsDivisor;  // large texts take a fraction of the rounds
+  const char* unit =
+      nullptr;  // where a token stands for something larger: that, of which a line tells how many a second
 };
 
 std::span<const Group> AllGroups();

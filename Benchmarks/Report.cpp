@@ -74,6 +74,9 @@ void PrintMeasurements(const Group& group, const std::vector<Measurement>& measu
                 Column(Against(m, "hand8"), 9, 2).c_str(), Column(Against(m, "memcpy"), 9, 1).c_str(),
                 Column(Against(m, "ctemplate"), 11, 2).c_str());
   }
+  constexpr double kSecond = 1e9;
+  if (group.unit != nullptr)
+    std::printf("  %.0f %s per second\n", kSecond / measurements.front().nanosecondsPerToken, group.unit);
   std::printf("\n");
   std::fflush(stdout);
 }
