@@ -9,8 +9,10 @@
 #include "Options.h"
 #include "ServiceCalls.h"
 #include "TName.h"
+#include "Task.h"
 
-int RunResolve(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options);
+/// Once for each input of the task.
+int RunResolve(TName& names, TTask& task, TEngineLog& log, TServiceCalls& calls, const TOptions& options);
 int RunNames(const TName& names, const TOptions& options);
 /// Offers the services to other processes, until a signal ends it.
 int RunServe(const std::shared_ptr<NQM_TServices>& services, const TOptions& options);

@@ -1,6 +1,7 @@
 #include "Context.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 
 #include "Errors.h"
@@ -46,11 +47,14 @@ void ReadLoads(const TJsonNode& array, TContext& context) {
   }
 }
 
+void ReadTask(const TJsonNode& object, TContext& context) { context.task.Read(object, context.folder); }
+
 constexpr TKeyRow<TContext> kKeys[] = {
     {"names", &ReadNames},
     {"services", &ReadContextServices},
     {"config", &ReadContextConfiguration},
     {"load", &ReadLoads},
+    {"task", &ReadTask},
 };
 
 // Why a record was refused, where the engine itself says nothing.
@@ -79,6 +83,7 @@ void Say(std::string_view lines) {
 
 void ReadContext(const std::string& file, TContext& context) {
   const TJson json = ReadJsonFile(file);
+  context.folder = std::filesystem::path(file).parent_path().string();
   ReadMembers(TJsonNode(file, json), kKeys, context);
 }
 

@@ -3,7 +3,8 @@
 //   { "names": { "customer": {"Type": "Name", "Value": "Acme"}, "version": {"Type": "Number", "Value": 7} },
 //     "services": { "warehouse": [ {"Method": "GetStock", "Reply": "1200 sheets"} ] },
 //     "config": { "Resources": { ... } },
-//     "load": [ {"serverTree": "Shop", "nameSet": "TemplateNames"} ] }
+//     "load": [ {"serverTree": "Shop", "nameSet": "TemplateNames"} ],
+//     "task": { ... } }                                                  see Task.h
 #pragma once
 
 #include <string>
@@ -13,6 +14,7 @@
 #include "NQM_TServices.h"
 #include "ServiceCalls.h"
 #include "TName.h"
+#include "Task.h"
 
 /// Definitions to load from the configuration.
 struct TLoad {
@@ -25,6 +27,8 @@ struct TLoad {
 struct TContext {
   TName& names;
   NQM_TServices& services;
+  TTask& task;
+  std::string folder{};  // of the file
   std::vector<TLoad> loads{};
 };
 

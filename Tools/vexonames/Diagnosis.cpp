@@ -43,8 +43,13 @@ void TCounters::Restore(const TValues& values) {
 /// Prepares a registry for trying tokens, and counts them: quiet, with less to spend, as it was when destroyed.
 class TDiagnosis::TTrial final : public TNameWarnLookupHandler {
  public:
-  TTrial(TName& names, TEngineLog& log)
-      : names_(names), log_(log), level_(names.SetDebugLevel(0)), forwarding_(log.SetForwarding(false)) {
+  TTrial(TName& names, TEngineLog& log, TServiceCalls& calls)
+      : names_(names),
+        log_(log),
+        calls_(calls),
+        said_(calls.Say(false)),
+        level_(names.SetDebugLevel(0)),
+        forwarding_(log.SetForwarding(false)) {
     TNameLimits less = limits_;
     less.tokens = kMostTokensEach;
     names.SetLimits(less);
@@ -54,15 +59,17 @@ class TDiagnosis::TTrial final : public TNameWarnLookupHandler {
   TTrial(const TTrial&) = delete;
   TTrial& operator=(const TTrial&) = delete;
   ~TTrial() override {
-    names_.SetWarnLookupHandler(static_cast<TNameWarnLookupHandler*>(nullptr));
+    names_.SetWarnLookupHandler(before_);
     names_.SetLimits(limits_);
     names_.SetDebugLevel(level_);
     log_.Take();
     log_.SetForwarding(forwarding_);
+    calls_.Say(said_);
   }
 
   /// The first name that a try asks for is the token's own.
-  void WarnLookup(const NQ_TString& key, TName*) override {
+  void WarnLookup(const NQ_TString& key, TName* names) override {
+    if (before_ != nullptr) before_->WarnLookup(key, names);
     if (triedSoFar_++ == 0) key_ = key;
     ++tried_;
   }
@@ -93,8 +100,11 @@ class TDiagnosis::TTrial final : public TNameWarnLookupHandler {
  private:
   TName& names_;
   TEngineLog& log_;
+  TServiceCalls& calls_;
+  bool said_;
   int level_;
   bool forwarding_;
+  TNameWarnLookupHandler* const before_ = names_.GetWarnLookupHandler();
   TNameLimits limits_ = names_.GetLimits();
   NQ_TString key_;
   std::int64_t triedSoFar_ = 0;
@@ -108,7 +118,7 @@ TDiagnosis::TDiagnosis(TName& names, TEngineLog& log, TServiceCalls& calls)
 }
 
 TFailures TDiagnosis::Explain(const NQ_TString& text) {
-  TTrial trial(names_, log_);
+  TTrial trial(names_, log_, calls_);
   trial_ = &trial;
   found_ = {};
   lookedInto_.clear();

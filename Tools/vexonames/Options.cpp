@@ -90,6 +90,7 @@ struct TParser {
     now =
         app.add_option("--now", "time to use as the current one: 2026-05-17T13:05:00+02:00, or ms")->type_name("TIME");
     zone = app.add_option("--zone", "time zone, such as Europe/Paris")->type_name("NAME");
+    app.add_flag("--requests", options.requests, "say on standard error what services are asked");
     app.add_option("--debug", options.debug, "the engine's log on standard error: 1 templates, 2 tokens")
         ->type_name("LEVEL")
         ->check(CLI::Range(0, 9));

@@ -20,6 +20,7 @@ struct TOptions {
   std::optional<NQ_TTime> now;
   std::optional<std::string> zone;
   int debug = 0;
+  bool requests = false;           // say what services are asked
   std::vector<std::string> texts;  // of resolve and translate; none: standard input
   std::string prefix = "[";        // of translate
   std::string suffix = "]";

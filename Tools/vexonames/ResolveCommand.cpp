@@ -41,6 +41,8 @@ constexpr const char* kMore = "more tokens may fail; these are the first";
 class TReport {
  public:
   virtual ~TReport() = default;
+  /// What is shown next is for that input of the task.
+  virtual void Begin(const NQ_TString&) {}
   virtual void Show(std::size_t number, const TResolution& resolution) = 0;
   virtual void Finish(std::size_t, std::size_t) {}
 };
@@ -67,6 +69,8 @@ class TPlainReport final : public TReport {
 class TTableReport final : public TReport {
  public:
   explicit TTableReport(TData& data) : data_(data) {}
+
+  void Begin(const NQ_TString& input) override { data_.Line("input " + Printable(input.Narrow())); }
 
   void Show(std::size_t number, const TResolution& resolution) override {
     const std::string first = std::to_string(number);
@@ -98,8 +102,11 @@ class TJsonReport final : public TReport {
  public:
   explicit TJsonReport(TData& data) : data_(data) {}
 
+  void Begin(const NQ_TString& input) override { input_ = Utf8(input); }
+
   void Show(std::size_t, const TResolution& resolution) override {
     TJson line = {{"template", Utf8(resolution.text)}, {"result", Utf8(resolution.result)}, {"ok", resolution.ok}};
+    if (!input_.empty()) line["input"] = input_;
     line["failures"] = TJson::array();
     for (const TFailure& failure : resolution.failures.list) line["failures"].push_back(ObjectOf(failure));
     if (resolution.failures.more) line["moreFailures"] = true;
@@ -116,6 +123,7 @@ class TJsonReport final : public TReport {
   }
 
   TData& data_;
+  std::string input_;
 };
 
 std::unique_ptr<TReport> ReportFor(const TOptions& options, TData& data, TDiagnostics& diagnostics) {
@@ -130,22 +138,70 @@ std::unique_ptr<TReport> ReportFor(const TOptions& options, TData& data, TDiagno
   return std::make_unique<TPlainReport>(data, diagnostics);
 }
 
+/// Templates to resolve, once for each input of a task: those read are kept when another input comes.
+class TBatch {
+ public:
+  TBatch(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options)
+      : names_(names), log_(log), calls_(calls), texts_(options.texts), diagnostics_(texts_.FromInput()) {
+    report_ = ReportFor(options, data_, diagnostics_);
+  }
+
+  void Begin(const NQ_TString& input) { report_->Begin(input); }
+
+  void ReadAndResolve(bool keep) {
+    TResolver resolver(names_, log_, calls_);
+    while (std::optional<std::string> text = texts_.Next()) {
+      Resolve(resolver, texts_.Count(), *text);
+      if (keep) kept_.push_back(std::move(*text));
+    }
+  }
+
+  void ResolveKept() {
+    TResolver resolver(names_, log_, calls_);
+    for (std::size_t i = 0; i < kept_.size(); ++i) Resolve(resolver, i + 1, kept_[i]);
+  }
+
+  int Finish() {
+    report_->Finish(done_, failed_);
+    if (calls_.HaveFailed()) return kExitServiceFailed;
+    return failed_ == 0 ? kExitResolved : kExitFailedTokens;
+  }
+
+ private:
+  void Resolve(TResolver& resolver, std::size_t number, const std::string& text) {
+    const TResolution resolution = resolver.Resolve(text);
+    ++done_;
+    if (!resolution.ok) ++failed_;
+    report_->Show(number, resolution);
+    // Some names have a value also when their service fails; nothing else would tell why the tool ends as it does.
+    const std::string failure = calls_.TakeFailure();
+    if (resolution.ok && !failure.empty()) diagnostics_.Line({"a service failed: ", failure});
+    diagnostics_.Progress(done_);
+  }
+
+  TName& names_;
+  TEngineLog& log_;
+  TServiceCalls& calls_;
+  TTexts texts_;
+  TData data_;
+  TDiagnostics diagnostics_;
+  std::unique_ptr<TReport> report_;
+  std::vector<std::string> kept_;
+  std::size_t done_ = 0;
+  std::size_t failed_ = 0;
+};
+
 }  // namespace
 
-int RunResolve(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options) {
-  TTexts texts(options.texts);
-  TData data;
-  TDiagnostics diagnostics(texts.FromInput());
-  const std::unique_ptr<TReport> report = ReportFor(options, data, diagnostics);
-  TResolver resolver(names, log, calls);
-  std::size_t failed = 0;
-  while (const std::optional<std::string> text = texts.Next()) {
-    const TResolution resolution = resolver.Resolve(*text);
-    if (!resolution.ok) ++failed;
-    report->Show(texts.Count(), resolution);
-    diagnostics.Progress(texts.Count());
+int RunResolve(TName& names, TTask& task, TEngineLog& log, TServiceCalls& calls, const TOptions& options) {
+  TBatch batch(names, log, calls, options);
+  const std::size_t inputs = task.Inputs();
+  if (task.IsGiven()) batch.Begin(task.InputText(0));
+  batch.ReadAndResolve(inputs > 1);
+  for (std::size_t input = 1; input < inputs; ++input) {
+    task.Reset(names, input, calls);
+    batch.Begin(task.InputText(input));
+    batch.ResolveKept();
   }
-  report->Finish(texts.Count(), failed);
-  if (calls.HaveFailed()) return kExitServiceFailed;
-  return failed == 0 ? kExitResolved : kExitFailedTokens;
+  return batch.Finish();
 }

@@ -1,9 +1,12 @@
 #include "ServiceCalls.h"
 
 #include <algorithm>
+#include <iostream>
+#include <sstream>
 #include <utility>
 
 #include "NQM_ECallFailed.h"
+#include "NQ_TArray.h"
 #include "Text.h"
 
 namespace {
@@ -15,11 +18,28 @@ NQ_TString NameOf(const NQM_TAddress& address) {
   return address.service.Empty() ? NQ_TString("#" + std::to_string(address.port)) : address.service;
 }
 
+// What the request is about, after a blank: its first argument, of whatever kind; nothing without one.
+std::string Subject(const NQ_TDict& request) {
+  const NQ_TAny* first = request.ValueOfKey("P1");
+  const auto* const arguments = request.Get<NQ_TArray>("Parameters");
+  if (first == nullptr && arguments != nullptr && arguments->Count() > 0) first = arguments->At(0);
+  std::ostringstream text;
+  if (first != nullptr) text << ' ' << *first;
+  return text.str();
+}
+
+void SayRequest(const NQ_TString& service, const NQ_TDict& request) {
+  const std::string method(request.At("M").ValueOr<NQ_TString>({}).Narrow());
+  std::cerr << "asks " << Printable(service.Narrow()) << ": " << Printable(Shortened(method + Subject(request)))
+            << '\n';
+}
+
 }  // namespace
 
 NQ_TAny TServiceCalls::Call(const NQM_TAddress& address, const NQ_TDict& request, std::chrono::milliseconds timeout) {
   NQM_TAddress place = place_;
   place.service = NameOf(address);
+  if (says_) SayRequest(place.service, request);
   try {
     return transport_->Call(place, request, std::min(timeout, kLongestWait));
   } catch (const NQ_EException& error) {
@@ -30,6 +50,12 @@ NQ_TAny TServiceCalls::Call(const NQM_TAddress& address, const NQ_TDict& request
 
 std::string TServiceCalls::TakeFailure() {
   const std::lock_guard guard(lock_);
+  return std::exchange(failure_, {});
+}
+
+std::string TServiceCalls::Forgive() {
+  const std::lock_guard guard(lock_);
+  failed_ = false;
   return std::exchange(failure_, {});
 }
 

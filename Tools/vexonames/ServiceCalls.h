@@ -1,6 +1,7 @@
 // Calls of services, as the tool makes them.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -22,6 +23,10 @@ class TServiceCalls final : public NQM_ITransport {
   std::string TakeFailure();
   /// Whether anything has failed.
   bool HaveFailed() const;
+  /// What failed so far does not count; returns what `TakeFailure` does.
+  std::string Forgive();
+  /// Whether requests are said on standard error as they are made, a line each; returns the setting before.
+  bool Say(bool requests) { return says_.exchange(requests); }
 
  private:
   void Note(const NQM_TAddress& address, const NQ_TDict& request, const NQ_EException& error);
@@ -31,4 +36,5 @@ class TServiceCalls final : public NQM_ITransport {
   mutable std::mutex lock_;
   std::string failure_;
   bool failed_ = false;
+  std::atomic<bool> says_{false};
 };

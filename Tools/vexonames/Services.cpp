@@ -141,6 +141,7 @@ void ReadConfiguration(const TJsonNode& object, NQM_TServices& services) {
   if (services.Find({{}, kConfiguration}) != nullptr) object.Fail("\"services\" has a service CFS already");
   services.Add({}, kConfiguration, [tree = *tree](const NQ_TDict& request) {
     const auto* const method = request.Get<NQ_TString>("M");
+    if (method != nullptr && *method == "ServerTreeName") return ValueAt(tree, *method);
     if (method == nullptr || *method != "[]")
       nq::Throw(NQ_EException("the configuration server of a context file only reads", request));
     return ReadPaths(tree, request);

@@ -1,7 +1,8 @@
 // vexonames: tries templates without a program around them. README.md beside this file is its manual.
 //
 //   Options                     the command line
-//   Context, Records, KeyTable  the context file; JsonFile, JsonNode: JSON with good manners
+//   Context, Records, Task,
+//   KeyTable                    the context file; JsonFile, JsonNode: JSON with good manners
 //   *Command, Displayed         the commands
 //   Resolver                    a template with all there is to say about it; Diagnosis, Cause: why tokens failed;
 //                               Hints: probable mistakes; Tokens, EngineLog: what these look at
@@ -35,6 +36,7 @@ int Run(const TOptions& options) {
   if (options.zone && !UseZone(*options.zone))
     throw TInputError("--zone: the system knows no time zone '" + Printable(*options.zone) + "'");
   if (options.now) UseNow(*options.now);
+  TTask task;  // outlives the names
   TName names;
   TNameLimits limits;
   limits.characters = kMostCharacters;
@@ -46,13 +48,16 @@ int Run(const TOptions& options) {
   if (options.connect) transport = std::make_shared<NQM_TGrpcTransport>();
   const auto calls = std::make_shared<TServiceCalls>(transport, options.connect.value_or(NQM_TAddress()));
   NQM_TClient::SetTransport(calls);
-  TContext context{names, *services};
+  TContext context{names, *services, task};
   if (options.context) ReadContext(*options.context, context);
   if (options.command == TOptions::TCommand::Serve) return RunServe(services, options);
+  calls->Say(options.requests);
   LoadDefinitions(context, *calls, log);
+  if (options.connect || services->Find({{}, "CFS"}) != nullptr) task.Define(names, *calls);
+  task.Reset(names, 0, *calls);
   switch (options.command) {
     case TOptions::TCommand::Resolve:
-      return RunResolve(names, log, *calls, options);
+      return RunResolve(names, task, log, *calls, options);
     case TOptions::TCommand::Names:
       return RunNames(names, options);
     case TOptions::TCommand::Serve:

@@ -189,6 +189,8 @@ class NQ_EXPORT TName {
   void SetWarnLookupHandler(std::nullptr_t) { SetWarnLookupHandler(static_cast<TWarnFunction>(nullptr)); }
   void SetWarnLookupHandler(TWarnFunction function);
   void SetWarnLookupHandler(TNameWarnLookupHandler* handler);
+  /// The object set last; null when there is none, or a function.
+  TNameWarnLookupHandler* GetWarnLookupHandler() const { return warnObject_; }
   /// A stage that is null ends the chain: the stages after it are not run.
   void SetElemHandler(TStageFunction function);
   void SetExtractHandler(TStageFunction function);
