@@ -37,13 +37,23 @@ std::string Sentence(const TFailure& failure) {
 
 constexpr const char* kMore = "more tokens may fail; these are the first";
 
+/// Where a result belongs: template and input by their numbers, from 1; input 0 is the only one.
+struct TPlace {
+  std::size_t input = 0;
+  std::size_t number = 0;
+
+  std::string Prefix() const {
+    return (input == 0 ? "" : "input " + std::to_string(input) + ", ") + "template " + std::to_string(number) + ": ";
+  }
+};
+
 /// One way to show resolutions.
 class TReport {
  public:
   virtual ~TReport() = default;
   /// What is shown next is for that input of the task.
   virtual void Begin(const NQ_TString&) {}
-  virtual void Show(std::size_t number, const TResolution& resolution) = 0;
+  virtual void Show(const TPlace& place, const TResolution& resolution) = 0;
   virtual void Finish(std::size_t, std::size_t) {}
 };
 
@@ -52,8 +62,8 @@ class TPlainReport final : public TReport {
  public:
   TPlainReport(TData& data, TDiagnostics& diagnostics) : data_(data), diagnostics_(diagnostics) {}
 
-  void Show(std::size_t number, const TResolution& resolution) override {
-    const std::string where = "template " + std::to_string(number) + ": ";
+  void Show(const TPlace& place, const TResolution& resolution) override {
+    const std::string where = place.Prefix();
     for (const TFailure& failure : resolution.failures.list) diagnostics_.Line({where, Sentence(failure)});
     if (resolution.failures.more) diagnostics_.Line({where, kMore});
     for (const std::string& hint : resolution.hints) diagnostics_.Line({where, "note: ", hint});
@@ -72,8 +82,8 @@ class TTableReport final : public TReport {
 
   void Begin(const NQ_TString& input) override { data_.Line("input " + Printable(input.Narrow())); }
 
-  void Show(std::size_t number, const TResolution& resolution) override {
-    const std::string first = std::to_string(number);
+  void Show(const TPlace& place, const TResolution& resolution) override {
+    const std::string first = std::to_string(place.number);
     data_.Line(std::string(first.size() < 3 ? 3 - first.size() : 0, ' ') + first + "  " +
                Printable(resolution.text.Narrow()));
     Row(resolution.ok ? "=" : "!", Printable(resolution.result.Narrow()));
@@ -104,7 +114,7 @@ class TJsonReport final : public TReport {
 
   void Begin(const NQ_TString& input) override { input_ = Utf8(input); }
 
-  void Show(std::size_t, const TResolution& resolution) override {
+  void Show(const TPlace&, const TResolution& resolution) override {
     TJson line = {{"template", Utf8(resolution.text)}, {"result", Utf8(resolution.result)}, {"ok", resolution.ok}};
     if (!input_.empty()) line["input"] = input_;
     line["failures"] = TJson::array();
@@ -141,24 +151,31 @@ std::unique_ptr<TReport> ReportFor(const TOptions& options, TData& data, TDiagno
 /// Templates to resolve, once for each input of a task: those read are kept when another input comes.
 class TBatch {
  public:
-  TBatch(TName& names, TEngineLog& log, TServiceCalls& calls, const TOptions& options)
-      : names_(names), log_(log), calls_(calls), texts_(options.texts), diagnostics_(texts_.FromInput()) {
-    report_ = ReportFor(options, data_, diagnostics_);
-  }
+  TBatch(TName& names, TTask& task, TEngineLog& log, TServiceCalls& calls, const TOptions& options)
+      : names_(names),
+        task_(task),
+        log_(log),
+        calls_(calls),
+        texts_(options.texts),
+        diagnostics_(texts_.FromInput()),
+        report_(ReportFor(options, data_, diagnostics_)) {}
 
-  void Begin(const NQ_TString& input) { report_->Begin(input); }
-
-  void ReadAndResolve(bool keep) {
+  /// With the names as they are: those of the first input.
+  void ReadAndResolve() {
+    const bool more = task_.Inputs() > 1;
+    if (task_.IsGiven()) report_->Begin(task_.InputText(0));
     TResolver resolver(names_, log_, calls_);
     while (std::optional<std::string> text = texts_.Next()) {
-      Resolve(resolver, texts_.Count(), *text);
-      if (keep) kept_.push_back(std::move(*text));
+      Resolve(resolver, {more ? 1U : 0U, texts_.Count()}, *text);
+      if (more) kept_.push_back(std::move(*text));
     }
   }
 
-  void ResolveKept() {
+  void ResolveKeptFor(std::size_t input) {
+    task_.Reset(names_, input, calls_);
+    report_->Begin(task_.InputText(input));
     TResolver resolver(names_, log_, calls_);
-    for (std::size_t i = 0; i < kept_.size(); ++i) Resolve(resolver, i + 1, kept_[i]);
+    for (std::size_t i = 0; i < kept_.size(); ++i) Resolve(resolver, {input + 1, i + 1}, kept_[i]);
   }
 
   int Finish() {
@@ -168,18 +185,19 @@ class TBatch {
   }
 
  private:
-  void Resolve(TResolver& resolver, std::size_t number, const std::string& text) {
+  void Resolve(TResolver& resolver, const TPlace& place, const std::string& text) {
     const TResolution resolution = resolver.Resolve(text);
     ++done_;
     if (!resolution.ok) ++failed_;
-    report_->Show(number, resolution);
+    report_->Show(place, resolution);
     // Some names have a value also when their service fails; nothing else would tell why the tool ends as it does.
     const std::string failure = calls_.TakeFailure();
-    if (resolution.ok && !failure.empty()) diagnostics_.Line({"a service failed: ", failure});
+    if (resolution.ok && !failure.empty()) diagnostics_.Line({place.Prefix(), "a service failed: ", failure});
     diagnostics_.Progress(done_);
   }
 
   TName& names_;
+  TTask& task_;
   TEngineLog& log_;
   TServiceCalls& calls_;
   TTexts texts_;
@@ -194,14 +212,8 @@ class TBatch {
 }  // namespace
 
 int RunResolve(TName& names, TTask& task, TEngineLog& log, TServiceCalls& calls, const TOptions& options) {
-  TBatch batch(names, log, calls, options);
-  const std::size_t inputs = task.Inputs();
-  if (task.IsGiven()) batch.Begin(task.InputText(0));
-  batch.ReadAndResolve(inputs > 1);
-  for (std::size_t input = 1; input < inputs; ++input) {
-    task.Reset(names, input, calls);
-    batch.Begin(task.InputText(input));
-    batch.ResolveKept();
-  }
+  TBatch batch(names, task, log, calls, options);
+  batch.ReadAndResolve();
+  for (std::size_t input = 1; input < task.Inputs(); ++input) batch.ResolveKeptFor(input);
   return batch.Finish();
 }
