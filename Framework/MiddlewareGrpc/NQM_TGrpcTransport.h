@@ -19,7 +19,8 @@
 #include "NQM_TGrpcOptions.h"
 
 struct NQM_TGrpcTransportOptions {
-  /// Empty: connections without TLS.
+  /// Empty: connections without TLS. What is no certificate, or no key to it, is found out when a connection is made:
+  /// calls fail as unreachable.
   NQM_TGrpcCredentials credentials;
   NQM_TGrpcLimits limits;
   /// Where services that are called by name, without a port, listen on their host.

@@ -58,17 +58,19 @@ constexpr TKeyRow<TContext> kKeys[] = {
 };
 
 // Why a record was refused, where the engine itself says nothing.
-const char* Reason(TName::TName_Error error) {
+const char* Reason(TName::TName_Error error, const TLoad& load) {
   switch (error) {
     case TName::TName_ErrorAlreadyDefined:
+      if (load.name == "*" || load.scope == "*") break;  // then it is passed over, and something else is wrong
       return "the name is defined already";
     case TName::TName_ErrorNoType:
       return "a record has no \"Type\"";
     case TName::TName_ErrorUnknownType:
       return "a record has an unknown \"Type\"";
     default:
-      return "there is something else in the configuration than records";
+      break;
   }
+  return "there is something else in the configuration than records";
 }
 
 void Say(std::string_view lines) {
@@ -97,6 +99,6 @@ void LoadDefinitions(const TContext& context, TServiceCalls& calls, TEngineLog& 
     const NQ_TString set = load.serverTree + "/" + load.nameSet + "/" + load.scope;
     const std::string what = "loading the definitions of " + Printable(set.Narrow()) + ": ";
     if (const std::string failure = calls.TakeFailure(); !failure.empty()) throw TServiceError(what + failure);
-    throw TInputError(what + Reason(context.names.GetError()));
+    throw TInputError(what + Reason(context.names.GetError(), load));
   }
 }

@@ -131,6 +131,13 @@ TName::TName_Type ReadType(const TJsonNode& record) {
   record.Fail("\"Type\" is missing");
 }
 
+// Half a query is none, and the name would have an empty value.
+void CheckQuery(const TJsonNode& node, const NQ_TTree& record) {
+  const bool server = record.HasKey("Server");
+  if (server != record.HasKey("Method"))
+    node.Fail(server ? "\"Server\" needs a \"Method\"" : "\"Method\" needs a \"Server\"");
+}
+
 }  // namespace
 
 void ReadRecord(const TJsonNode& node, TName& names) {
@@ -138,6 +145,7 @@ void ReadRecord(const TJsonNode& node, TName& names) {
   const NQ_TString key(node.Key());
   if (key.Empty()) node.Fail("a name cannot be empty");
   ReadMembers(node, kKeys, record);
+  CheckQuery(node, record.tree);
   if (!names.Define(key, record.tree, false)) node.Fail("cannot be defined");
   if (record.valueIsUnknown) names.RemValue(key);
   if (record.visibility) names.SetVisibility(key, *record.visibility);

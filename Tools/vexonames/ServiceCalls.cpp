@@ -38,8 +38,11 @@ void SayRequest(const NQ_TString& service, const NQ_TDict& request) {
 
 NQ_TAny TServiceCalls::Call(const NQM_TAddress& address, const NQ_TDict& request, std::chrono::milliseconds timeout) {
   NQM_TAddress place = place_;
-  place.service = NameOf(address);
-  if (says_) SayRequest(place.service, request);
+  const NQ_TString name = NameOf(address);
+  // The port of the place itself means the service that has that port and no name.
+  const bool isPlace = address.service.Empty() && address.port == place.port;
+  if (!isPlace) place.service = name;
+  if (says_) SayRequest(name, request);
   try {
     return transport_->Call(place, request, std::min(timeout, kLongestWait));
   } catch (const NQ_EException& error) {

@@ -9,8 +9,8 @@
 #include "NQM_ITransport.h"
 #include "NQ_EException.h"
 
-/// Sends every request of the process to the service of that name, or "#" and port, whatever host it asks for; notes
-/// what fails.
+/// Sends every request of the process to the service of that name, or "#" and port, whatever host it asks for; to the
+/// service of the place itself when that is the port. Notes what fails.
 class TServiceCalls final : public NQM_ITransport {
  public:
   /// Calls go through the transport, to the place given there with the service's name in it.

@@ -1,5 +1,7 @@
 #include "Services.h"
 
+#include <charconv>
+#include <cstdint>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -105,7 +107,7 @@ const NQ_TAny& ValueAt(const NQ_TTree& configuration, const NQ_TString& path) {
   try {
     return configuration.ValueAtPath(path.StartsWith("/") ? path.Substring(1) : path, "/");
   } catch (const NQ_EException&) {
-    nq::Throw(CFS_EIllegalPath("the configuration has no such path", path));
+    nq::Throw(CFS_EIllegalPath(NQ_TString("the configuration has no path ") + path, path));
   }
 }
 
@@ -121,6 +123,16 @@ NQ_TAny ReadPaths(const NQ_TTree& configuration, const NQ_TDict& request) {
   return values;
 }
 
+// 0 for a service with a name of its own.
+std::uint16_t PortOf(const TJsonNode& service) {
+  const std::string_view key = service.Key();
+  if (!key.starts_with('#')) return 0;
+  std::uint16_t port = 0;
+  std::from_chars(key.data() + 1, key.data() + key.size(), port);
+  if (port == 0 || key.substr(1) != std::to_string(port)) service.Fail("after # stands a port, 1 to 65535");
+  return port;
+}
+
 }  // namespace
 
 void ReadServices(const TJsonNode& object, NQM_TServices& services) {
@@ -129,7 +141,10 @@ void ReadServices(const TJsonNode& object, NQM_TServices& services) {
     const NQ_TString name{std::string_view(key)};
     if (name.Empty()) node.Fail("a service needs a name, or # and a port");
     if (services.Find({{}, name}) != nullptr) node.Fail("this is the service of \"config\"");
-    services.Add({}, name, [rows = ReadRows(node)](const NQ_TDict& request) { return Answer(rows, request); });
+    const NQM_TService service = [rows = ReadRows(node)](const NQ_TDict& request) { return Answer(rows, request); };
+    services.Add({}, name, service);
+    // Clients of the library ask a server at its port without a name.
+    if (const std::uint16_t port = PortOf(node); port != 0) services.Add({}, port, service);
   }
 }
 

@@ -1,5 +1,8 @@
 #include <grpcpp/grpcpp.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <set>
@@ -55,10 +58,14 @@ TEST(GrpcCalls, ClientsReachServicesByNameAndByPort) {
       {&known, {"localhost", "", port}, "at the port"},
       {&known, {"", "Überdruck"}, "named"},
       {&known, {"127.0.0.1", "Überdruck", port}, "named"},
+      {&known, {"[127.0.0.1]", "Überdruck", port}, "named"},
       {&known, {"", "überdruck"}, "no service"},
       {&known, {"", "away"}, "no service"},
       {&known, {"elsewhere/localhost", "Überdruck"}, "unreachable"},
       {&known, {"unix:/run/x", "", port}, "unreachable"},
+      {&known, {NQ_TString::Format("localhost:%d", port), "", 1}, "unreachable"},
+      {&known, {NQ_TString::Format("[127.0.0.1]:%d", port), "", 1}, "unreachable"},
+      {&known, {S(std::string_view("localhost\0x", 11)), "Überdruck", port}, "unreachable"},
       {&known, {NQ_TString(std::string(256, 'h')), "", port}, "unreachable"},
       {&told, {"pool", "Überdruck"}, "named"},
       {&told, {"other", "Überdruck"}, "unreachable"},
@@ -163,6 +170,8 @@ TEST(GrpcCalls, TlsTrustsWhomItIsToldTo) {
       {"server without TLS", {}, trusting(own), "unreachable"},
       {"both known", own, trusting(own, own), ""},
       {"client not known", own, trusting(own, stranger), "unreachable"},
+      {"no certificates to trust", silent, {"no PEM", "", ""}, "unreachable"},
+      {"client's is no certificate", own, {own.rootCertificates, "no PEM", "no PEM"}, "unreachable"},
       {"client without certificate", own, trusting(own), "unreachable"},
   };
   for (const auto& row : rows) {
@@ -193,6 +202,25 @@ TEST(GrpcServer, SaysWhenItCannotListen) {
   lonely.maxThreads = 1;
   EXPECT_NE(Thrown([&] { NQM_TGrpcServer(network.services, lonely); }), "");
   EXPECT_NE(Thrown([&] { NQM_TGrpcServer(nullptr); }), "");
+}
+
+// A number with colons can be a host on either side, with and without brackets.
+TEST(GrpcServer, ListensAtAnIPv6Number) {
+  const int probe = socket(AF_INET6, SOCK_STREAM, 0);
+  sockaddr_in6 loopback{};
+  loopback.sin6_family = AF_INET6;
+  loopback.sin6_addr = in6addr_loopback;
+  const bool bound = probe >= 0 && bind(probe, reinterpret_cast<const sockaddr*>(&loopback), sizeof loopback) == 0;
+  close(probe);
+  if (!bound) GTEST_SKIP() << "this computer has no IPv6 loopback";
+  for (const char* listening : {"::1", "[::1]"}) {
+    NQM_TGrpcServerOptions options;
+    options.host = listening;
+    TNetwork network(options);
+    network.services->Add("", "it", [](auto&) { return NQ_TAny(1); });
+    for (const char* host : {"::1", "[::1]"})
+      EXPECT_EQ(network.transport->Call({host, "it", network.server->Port()}, Request("Go"), 30s), NQ_TAny(1));
+  }
 }
 
 /// The other side, bare: notes who calls, and answers what it is told.

@@ -127,6 +127,29 @@ TEST(GrpcDrills, TooManyCallsAtATime) {
   EXPECT_EQ(cause, "");
 }
 
+// Requests at work have twice the bytes of one together; each gives its share back.
+TEST(GrpcDrills, TooManyBytesAtATime) {
+  NQM_TGrpcServerOptions options;
+  options.limits.maxMessageBytes = 1'000'000;
+  TNetwork network(options);
+  TSlow slow[2];
+  for (const int i : {0, 1}) network.services->Add("", i == 0 ? "first" : "second", Calling(slow[i]));
+  network.services->Add("", "it", One);
+  const auto large = [&](const char* service) {
+    return network.CauseOf(service, Request("Go", NQ_TString(std::string(900'000, 'x'))));
+  };
+  auto first = std::async(std::launch::async, [&] { return large("first"); });
+  slow[0].AwaitBegin();
+  EXPECT_EQ(large("it"), "");
+  auto second = std::async(std::launch::async, [&] { return large("second"); });
+  slow[1].AwaitBegin();
+  EXPECT_EQ(large("it"), "refused");
+  EXPECT_EQ(network.CauseOf("it", Request("Go")), "");
+  for (TSlow& each : slow) each.Release();
+  EXPECT_EQ(first.get() + second.get(), "");
+  EXPECT_EQ(large("it"), "");
+}
+
 // The reply is a value, but none that the caller can use.
 TEST(GrpcDrills, ReplyOfTheWrongKind) {
   TNetwork network;

@@ -1,7 +1,7 @@
 // TName: definitions from records, small trees that say all about one name.
 //
 //   {Type = Name, Value = Acme, Category = customer, Description = Who ordered}
-//   {Type = Name, Server = #8088, Method = GetCustomer, P1 = 4711, Cached = 1}
+//   {Type = Name, Server = #8088, Method = GetCustomer, P1 = 4711, Cached = true}
 //
 // Records come from outside. A value of another class than its key takes is a failed definition: the name stays as far
 // as it got, and standard error says so.
