@@ -48,9 +48,12 @@ TKeptTemplate::TKeptTemplate(const NQ_TString& text, std::uint64_t textHash)
   syntaxError = scanner.SyntaxError();
 }
 
+// Regular expressions are compiled later, when a token first needs its own.
 std::size_t TKeptTemplate::Weight() const {
+  const auto regexes =
+      std::count_if(tokens.begin(), tokens.end(), [](const TToken& token) { return !token.parts.regex.empty(); });
   return sizeof *this + source.Length() * sizeof(char16_t) + pieces.size() * sizeof(TPiece) +
-         tokens.size() * sizeof(TToken);
+         tokens.size() * sizeof(TToken) + static_cast<std::size_t>(regexes) * TToken::kMaxRegexBytes;
 }
 
 TKeptTemplates::TPointer TKeptTemplates::Find(const NQ_TString& text) {

@@ -38,12 +38,12 @@ struct TToken {
   const TRegex& Regex() { return regex != nullptr ? *regex : FindItsRegex(); }
 
   const TRegex& FindItsRegex() {
-    constexpr std::size_t kLarge = 8192;  // bytes; kept tokens are many, and what they hold counts nowhere else
     const TRegex& found = KeptRegex(NQ_TString(parts.regex));
-    if (found.Bytes() <= kLarge) regex = FindRegex(NQ_TString(parts.regex));
+    if (found.Bytes() <= kMaxRegexBytes) regex = FindRegex(NQ_TString(parts.regex));
     return found;
   }
 
+  static constexpr std::size_t kMaxRegexBytes = 8192;  // kept tokens are many
   std::shared_ptr<const TRegex> regex;
   std::optional<TPrintfFormat> format;
   std::optional<TPrintfFormat::TKind> formatKind;  // none: not parsed yet
