@@ -9,10 +9,9 @@
 namespace names_test {
 namespace {
 
-std::string calls;                                 // what the handlers below were called with, in order
-std::function<void(TName&, NQ_TDict*)> act;        // what they do when they are called for the name A
-NQ_TString templateInHand;                         // what is being resolved meanwhile
-constexpr TNameLimits kFewTokens{.tokens = 1000};  // ends handlers that resolve more than one token of their own name
+std::string calls;                           // what the handlers below were called with, in order
+std::function<void(TName&, NQ_TDict*)> act;  // what they do when they are called for the name A
+NQ_TString templateInHand;                   // what is being resolved meanwhile
 
 void Called(const std::string& call, const NQ_TString& key, TName* names, NQ_TDict* entry) {
   calls += call + " ";
@@ -165,9 +164,6 @@ TEST(Handlers, AnEntryHasOneKindOfLookupAtATime) {
   EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler2 Type=0 TypeHandler Value=x");
   names.SetLookupHandler("A", Own, true);
   EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler Type=0 TypeHandler");
-  Do(names, "string A = y");
-  names.SetLookupHandler("A", &ownObject, true);
-  EXPECT_FALSE(names.HasValue("A"));
 }
 
 TEST(Handlers, MayDoAnythingToTheNames) {
@@ -181,8 +177,7 @@ TEST(Handlers, MayDoAnythingToTheNames) {
     for (const auto& [kind, install, x] : kKinds) {
       if (x == nullptr) break;
       SCOPED_TRACE(std::string(kind) + " handler: " + script);
-      Names names("text A = x; text B = [<A/>]; number N = 7");
-      names.SetLimits(kFewTokens);
+      Names names("text A = x; text B = [<A/>]; number N = 7; limit tokens = 1000");
       install(names);
       for (int time = 1; time <= 2; ++time) {
         int acts = 0;
@@ -190,9 +185,7 @@ TEST(Handlers, MayDoAnythingToTheNames) {
         act = [&](TName& n, NQ_TDict* entry) { ++acts, Thrown([&] { Perform(n, entry, script); }); };
         const std::string text = ResolvedInHand(names, "p <A/> <N/> <B/> <A/> q");
         EXPECT_TRUE(text.substr(text[0] == '!' ? 2 : 0).starts_with("p ") && text.ends_with(" q")) << text;
-        EXPECT_GE(acts, time == 1 ? 1 : 0);
-        EXPECT_LE(acts, kFewTokens.tokens);
-        names.IsDefined("A") && names.GetCategory("A").Empty() && names.IsUserDefined("A");
+        EXPECT_TRUE(acts >= 2 - time && acts <= 1000) << acts;
         act = nullptr;
         calls.clear();
       }
@@ -203,33 +196,27 @@ TEST(Handlers, MayDoAnythingToTheNames) {
   }
 }
 
-TEST(Handlers, MayThrowThroughEveryOperationOrResolveTheirOwnName) {
+TEST(Handlers, MayThrowThroughEveryOperation) {
   for (const auto& [kind, install, x] : kKinds) {
     if (x == nullptr) break;
     for (const char* script : {"resolve a <N/> <A/>", "resolve <B/>", "markers {A}", "to url //h/<A/>",
                                "from url file://h/<A/>", "token A"}) {
       SCOPED_TRACE(std::string(kind) + " handler: " + script);
       Names names("text A = x; text B = <C/>; text C = <A/>; number N = 7");
-      names.SetLimits(kFewTokens);
       install(names);
       const std::string before = Resolved(names, "a <N/> <A/> <N/><B/>");
-      act = [](TName&, NQ_TDict*) { throw 5; };
-      for (int time = 0; time < 100; ++time) EXPECT_THROW(Do(names, script), int);  // more than values may nest
-      EXPECT_TRUE(OtherThreadGetsLock(names));
-      names.SetDebugLevel(1);
-      {
-        Output output;
-        EXPECT_THROW(Do(names, script), int);
-      }
-      EXPECT_EQ(names.SetDebugLevel(0), 1);
-      int acts = 0;
-      act = [&](TName& n, NQ_TDict*) { ++acts, Do(n, script); };
-      Resolved(names, "<A/>");
-      EXPECT_TRUE(acts > 1 && acts <= kFewTokens.nestedDepth + 1) << acts;
-      act = nullptr;
-      calls.clear();
-      EXPECT_EQ(Resolved(names, "a <N/> <A/> <N/><B/>"), before);
       EXPECT_TRUE(before.starts_with("a 7") && before.find(x) != before.npos) << before;
+      act = [](TName&, NQ_TDict*) { throw 5; };
+      for (int time = 0; time < 70; ++time) {  // more than values may nest
+        const Output output;
+        names.SetDebugLevel(time % 2);
+        EXPECT_THROW(Do(names, script), int);
+        EXPECT_EQ(names.GetDebugLevel(), time % 2);
+      }
+      act = nullptr;
+      names.SetDebugLevel(0);
+      EXPECT_TRUE(OtherThreadGetsLock(names));
+      EXPECT_EQ(Resolved(names, "a <N/> <A/> <N/><B/>"), before);
     }
   }
 }

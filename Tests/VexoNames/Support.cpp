@@ -4,10 +4,13 @@
 #include <chrono>
 #include <fstream>
 #include <future>
+#include <set>
 #include <sstream>
 #include <thread>
 
 #include "NQ_TBoxed.h"
+#include "ResolveValue.h"
+#include "TreeText.h"
 
 namespace names_test {
 namespace {
@@ -19,74 +22,90 @@ struct Line {
 
   int Number() const { return std::stoi(Text(value)); }
   NQ_TURL Url() const { return NQ_TURL(value); }
+  /// The two words of the value.
+  std::pair<std::string, std::string> Words(const char* otherwise) const {
+    const std::string both = value.Empty() ? otherwise : Text(value);
+    const std::size_t blank = both.find(' ');
+    return {both.substr(0, blank), both.substr(blank + 1)};
+  }
 };
 
 void Define(TName& names, const Line& line, TName::TName_Type type, int lookup = 0) {
   names.Define(line.key, type, TName::TName_Lookup(lookup));
 }
 
-std::string Marked(bool ok, const NQ_TString& text) { return (ok ? "" : "! ") + Text(text); }
+std::string Marked(bool ok, const std::string& text) { return (ok ? "" : "! ") + text; }
 
 template <class Template>
 std::string ResolvedUrl(TName& names, const Template& text) {
   NQ_TURL url(S("old://h/p"));
   const bool ok = names.Resolve(text, url);
-  return Marked(ok, url.Scheme() + "|" + url.Host() + "|" + url.Path());
+  return Marked(ok, Text(url.Scheme() + "|" + url.Host() + "|" + url.Path()));
 }
 
 /// What a stage leaves of a text, with its attribute in the token and in the definition.
-std::string Cut(TName& names, const std::string& attribute, const Line& line) {
-  const std::string specification = Text(line.value);
-  Define(names, {"A", ""}, TName::TName_TypeString);
-  names.SetValue("A", S("<<CDATA/>>") + line.key);
-  const std::string inToken = "A " + attribute + "=\"" + specification + "\"";
-  // A token cannot hold a quote, and an empty attribute of a token is none.
-  const bool fits = !specification.empty() && specification.find('"') == specification.npos;
-  const std::string first = fits ? ResolvedToken(names, inToken) : "",
-                    again = fits ? ResolvedToken(names, inToken) : "";
+template <const char* kAttribute>
+void Cut(TName& names, Line& line) {
+  const std::string attribute = kAttribute, specification = Text(line.value);
+  Do(names, "text A = <<CDATA/>>" + Text(line.key));
+  const std::string inToken = ResolvedToken(names, "A " + attribute + "=\"" + specification + "\"");
   Do(names, attribute + " A = " + specification);
-  const std::string defined = ResolvedToken(names, "A");
-  EXPECT_EQ(Resolved(names, "<A/>"), defined == "!" ? "! <A/>" : defined) << inToken;
-  EXPECT_TRUE(!fits || (first == defined && again == defined)) << inToken << ": " << first << ", " << again;
-  return defined;
+  line.given = ResolvedToken(names, "A");
+  EXPECT_EQ(Resolved(names, "<A/>"), line.given == "!" ? "! <A/>" : line.given) << specification;
+  // A token cannot hold a quote.
+  EXPECT_TRUE(inToken == line.given || specification.find('"') != specification.npos) << inToken;
+}
+constexpr char kElem[] = "elem", kExtract[] = "extract", kRegex[] = "regex";
+
+/// What a value resolves to; the result may be the value.
+void ResolveInValue(TName& names, Line& line) {
+  const NQ_TAny value = Value(Text(line.key));
+  NQ_TAny same = value, out("left over");
+  const bool ok = templatenames::ResolveValue(value, &names, out);
+  line.given = Marked(ok, Text(out));
+  EXPECT_EQ(value, Value(Text(line.key)));
+  EXPECT_TRUE(templatenames::ResolveValue(same, &names, same) == ok && same == out);
 }
 
-class Brackets : public TNameTranslator {
+void Limit(TName& names, Line& line) {
+  TNameLimits limits = names.GetLimits();
+  const auto set = [&](const char* name, auto& limit) {
+    if (line.key == name) limit = static_cast<std::remove_reference_t<decltype(limit)>>(line.Number());
+  };
+  set("nestedDepth", limits.nestedDepth), set("tokens", limits.tokens), set("characters", limits.characters);
+  set("regexMatch", limits.regexMatch), set("regexRecursion", limits.regexRecursion);
+  set("regexMilliseconds", limits.regexMilliseconds);
+  names.SetLimits(limits);
+}
+
+class Framed : public TNameTranslator {
+ public:
+  explicit Framed(const Line& line) : frame_(line.Words("[ ]")) {}
   void TranslateName(const NQ_TString& in, NQ_TString& out) const override { out = in + "!"; }
-  NQ_TString GetPrefix() const override { return "["; }
-  NQ_TString GetSuffix() const override { return "]"; }
+  NQ_TString GetPrefix() const override { return S(frame_.first); }
+  NQ_TString GetSuffix() const override { return S(frame_.second); }
+
+ private:
+  std::pair<std::string, std::string> frame_;
 };
 
-/// The setters of string attributes, by the word for them.
-constexpr struct {
-  std::string_view word;
-  void (TName::*set)(const NQ_TString&, const NQ_TString&);
-} kSetters[] = {
-    {"category", &TName::SetCategory},     {"description", &TName::SetDescription},
-    {"userinfo", &TName::SetUserInfo},     {"userdescription", &TName::SetUserDescription},
-    {"visibility", &TName::SetVisibility}, {"localization", &TName::SetLocalization},
+NQ_TAny answer;
+bool Answer(const NQ_TString&, NQ_TDict*, TName*, NQ_TAny& value) { return value = answer, true; }
 
-    {"format", &TName::SetFormat},         {"elem", &TName::SetElemValue},
-    {"extract", &TName::SetExtractValue},  {"regex", &TName::SetRegExValue},
-    {"string", &TName::SetValue},
-};
+template <void (TName::*kSet)(const NQ_TString&, const NQ_TString&)>
+void Set(TName& names, Line& line) {
+  (names.*kSet)(line.key, line.value);
+}
 
-constexpr struct {
-  std::string_view word;
-  const NQ_TString& (TName::*get)(const NQ_TString&) const;
-} kGetters[] = {
-    {"get category", &TName::GetCategory},
-    {"get description", &TName::GetDescription},
-    {"get userdescription", &TName::GetUserDescription},
-    {"get userinfo", &TName::GetUserInfo},
-    {"get visibility", &TName::GetVisibility},
-    {"get localization", &TName::GetLocalization},
-    {"get localization file", &TName::GetLocalizationFile},
-};
+template <auto kGet>
+void Get(TName& names, Line& line) {
+  line.given = Text(NQ_TAny((names.*kGet)(line.key)));
+}
 
 constexpr TName::TLookupFunction kNoLookup = nullptr;
 constexpr const TNameLookupHandler* kNoObject = nullptr;
 constexpr TName::TWarnFunction kNoWarn = nullptr;
+constexpr TNameWarnLookupHandler* kNoWarnObject = nullptr;
 
 constexpr struct {
   std::string_view word;
@@ -98,104 +117,105 @@ constexpr struct {
     {"url", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeURL), n.SetValue(l.key, l.Url()); }},
     {"time", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeTime, 4); }},
     {"sql", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeString, 3); }},
-    {"define",
-     [](TName& n, Line& l) {
-       const std::string numbers = Text(l.value);
-       Define(n, l, TName::TName_Type(l.Number()), std::stoi(numbers.substr(numbers.find(' '))));
-     }},
+    {"define", [](TName& n, Line& l) { Define(n, l, TName::TName_Type(l.Number()), std::stoi(l.Words("").second)); }},
+    {"string", Set<&TName::SetValue>},
     {"int", [](TName& n, Line& l) { n.SetValue(l.key, l.Number()); }},
     {"link", [](TName& n, Line& l) { n.SetValue(l.key, l.Url()); }},
     {"moment", [](TName& n, Line& l) { n.SetValue(l.key, NQ_TTime::FromMilliseconds(l.Number())); }},
+    {"category", Set<&TName::SetCategory>},
+    {"description", Set<&TName::SetDescription>},
+    {"userinfo", Set<&TName::SetUserInfo>},
+    {"userdescription", Set<&TName::SetUserDescription>},
+    {"visibility", Set<&TName::SetVisibility>},
+    {"localization", Set<&TName::SetLocalization>},
+    {"format", Set<&TName::SetFormat>},
+    {"elem", Set<&TName::SetElemValue>},
+    {"extract", Set<&TName::SetExtractValue>},
+    {"regex", Set<&TName::SetRegExValue>},
     {"undefine", [](TName& n, Line& l) { l.key.Empty() ? n.UnDefine() : n.UnDefine(l.key); }},
     {"remove", [](TName& n, Line& l) { n.RemValue(l.key); }},
-    {"increment", [](TName& n, Line& l) { n.Increment(l.key); }},
-    {"decrement", [](TName& n, Line& l) { n.Decrement(l.key); }},
+    {"increment", Get<&TName::Increment>},
+    {"decrement", Get<&TName::Decrement>},
     {"raw", [](TName& n, Line& l) { n.SetRawData(l.key, l.value); }},
     {"userdefined", [](TName& n, Line& l) { n.SetUserDefined(l.key, l.Number() != 0); }},
     {"options", [](TName& n, Line& l) { n.SetFormattingOptions(l.key, NQ_TDict()); }},
     {"query", [](TName& n, Line& l) { n.SetServerQuery(l.key, "h", "s", "m", NQ_TDict()); }},
     {"lookup", [](TName& n, Line& l) { n.SetLookupHandler(l.key, TName::TName_Lookup(l.Number())); }},
+    {"answer", [](TName& n, Line& l) { answer = Value(Text(l.value)), n.SetLookupHandler(l.key, Answer, false); }},
     {"no lookup", [](TName& n, Line& l) { n.SetLookupHandler(l.key, kNoLookup, false); }},
     {"no object", [](TName& n, Line& l) { n.SetLookupHandler(l.key, kNoObject, true); }},
     {"no type", [](TName& n, Line& l) { n.SetTypeHandler(l.key, nullptr); }},
     {"no user", [](TName& n, Line&) { n.SetUserLookupHandler(nullptr); }},
     {"no warn", [](TName& n, Line&) { n.SetWarnLookupHandler(kNoWarn); }},
-    {"no warn object", [](TName& n, Line&) { n.SetWarnLookupHandler(static_cast<TNameWarnLookupHandler*>(nullptr)); }},
+    {"no warn object", [](TName& n, Line&) { n.SetWarnLookupHandler(kNoWarnObject); }},
     {"no elem", [](TName& n, Line&) { n.SetElemHandler(nullptr); }},
     {"no extract", [](TName& n, Line&) { n.SetExtractHandler(nullptr); }},
     {"no regex", [](TName& n, Line&) { n.SetRegExHandler(nullptr); }},
-    {"is defined", [](TName& n, Line& l) { n.IsDefined(l.key); }},
+    {"limit", Limit},
+    {"put",
+     [](TName& n, Line& l) {
+       const auto [attribute, value] = l.Words("");
+       (*EntryOf(n, l.key))[attribute.c_str()] = Value(value);
+     }},
+    {"is defined", Get<&TName::IsDefined>},
     {"keys", [](TName& n, Line& l) { l.given = KeysText(n); }},
     {"get type", [](TName& n, Line& l) { n.GetType(l.key); }},
-    {"get value", [](TName& n, Line& l) { l.given = Text(n.GetValue(l.key)); }},
-    {"has value", [](TName& n, Line& l) { n.HasValue(l.key); }},
-    {"get raw", [](TName& n, Line& l) { n.GetRawData(l.key); }},
-    {"is userdefined", [](TName& n, Line& l) { n.IsUserDefined(l.key); }},
+    {"get value", Get<&TName::GetValue>},
+    {"has value", Get<&TName::HasValue>},
+    {"get raw", Get<&TName::GetRawData>},
+    {"is userdefined", Get<&TName::IsUserDefined>},
+    {"get category", Get<&TName::GetCategory>},
+    {"get description", Get<&TName::GetDescription>},
+    {"get userdescription", Get<&TName::GetUserDescription>},
+    {"get userinfo", Get<&TName::GetUserInfo>},
+    {"get visibility", Get<&TName::GetVisibility>},
+    {"get localization", Get<&TName::GetLocalization>},
+    {"get localization file", Get<&TName::GetLocalizationFile>},
     {"entry", [](TName& n, Line& l) { l.given = n.IsDefined(l.key) ? EntryText(n, Text(l.key)) : "none"; }},
     {"resolve", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key)); }},
     {"seen",
      [](TName& n, Line& l) {  // often enough that the template is kept
-       for (int time = 1; time <= 2; ++time) Resolved(n, Text(l.key));
-       l.given = Resolved(n, Text(l.key));
+       for (int time = 1; time <= 3; ++time) l.given = Resolved(n, Text(l.key));
      }},
     {"markers", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key), "{", "}", "before"); }},
     {"between",
      [](TName& n, Line& l) {
-       const std::string both = Text(l.value);
-       const std::size_t blank = both.find(' ');
-       l.given = Resolved(n, Text(l.key), both.substr(0, blank), both.substr(blank + 1));
+       const auto [begin, end] = l.Words("");
+       l.given = Resolved(n, Text(l.key), begin, end);
      }},
     {"token", [](TName& n, Line& l) { l.given = ResolvedToken(n, Text(l.key)); }},
+    {"value", ResolveInValue},
     {"to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, l.key); }},
     {"from url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TURL(l.key)); }},
-    {"value to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TAny(l.key)); }},
-    {"url value to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, NQ_TAny(NQ_TURL(l.key))); }},
-    {"cut elem", [](TName& n, Line& l) { l.given = Cut(n, "elem", l); }},
-    {"cut extract", [](TName& n, Line& l) { l.given = Cut(n, "extract", l); }},
-    {"cut regex", [](TName& n, Line& l) { l.given = Cut(n, "regex", l); }},
-    {"translate",
-     [](TName& n, Line& l) {
-       n.Translate(l.key, Brackets(), l.key);
-       l.given = Text(l.key);
-     }},
-    {"back",
-     [](TName& n, Line& l) {
-       n.BackTranslate(l.key, Brackets(), l.key);
-       l.given = Text(l.key);
-     }},
+    {"value to url", [](TName& n, Line& l) { l.given = ResolvedUrl(n, Value(Text(l.key))); }},
+    {"cut elem", Cut<kElem>},
+    {"cut extract", Cut<kExtract>},
+    {"cut regex", Cut<kRegex>},
+    {"translate", [](TName& n, Line& l) { n.Translate(l.key, Framed(l), l.key), l.given = Text(l.key); }},
+    {"back", [](TName& n, Line& l) { n.BackTranslate(l.key, Framed(l), l.key), l.given = Text(l.key); }},
+    {"mark", [](TName&, Line& l) { l.given = Text(TName::AddMarker(l.key)); }},
+    {"unmark", [](TName&, Line& l) { l.given = Text(TName::RemoveMarker(l.key)); }},
+    {"encode", [](TName&, Line& l) { l.given = Text(TName::Encode(l.key)); }},
 };
 
 std::string DoLine(TName& names, const std::string& line) {
-  std::string_view word;  // the longest one that the line begins with
-  const auto begins = [&](std::string_view known) {
-    return known.size() > word.size() && line.starts_with(known) && (line + " ")[known.size()] == ' ';
-  };
-  for (const auto& known : kWords)
-    if (begins(known.word)) word = known.word;
-  for (const auto& known : kSetters)
-    if (begins(known.word)) word = known.word;
-  for (const auto& known : kGetters)
-    if (begins(known.word)) word = known.word;
-  const std::string operand = line.size() > word.size() ? line.substr(word.size() + 1) : "";
+  const auto* known = std::end(kWords);  // the longest word that the line begins with
+  for (const auto& row : kWords) {
+    const bool begins = line.starts_with(row.word) && (line + " ")[row.word.size()] == ' ';
+    if (begins && (known == std::end(kWords) || row.word.size() > known->word.size())) known = &row;
+  }
+  if (known == std::end(kWords)) return ADD_FAILURE() << "unknown word in: " << line, "";
+  const std::string operand = line.substr(std::min(known->word.size() + 1, line.size()));
   const std::size_t equals = operand.find(" = ");
   Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
-  for (const auto& known : kWords)
-    if (known.word == word) return known.act(names, parts), parts.given;
-  for (const auto& known : kSetters)
-    if (known.word == word) return (names.*known.set)(parts.key, parts.value), "";
-  for (const auto& known : kGetters)
-    if (known.word == word) return Text((names.*known.get)(parts.key));
-  ADD_FAILURE() << "unknown word in: " << line;
-  return "";
+  known->act(names, parts);
+  return parts.given;
 }
 
-thread_local NQ_TDict seenEntry;
+thread_local NQ_TDict* seenEntry;
 
 // Answers with no value, so that nothing else happens to the name.
-bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) {
-  seenEntry = *entry;
-  return true;
-}
+bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) { return seenEntry = entry, true; }
 
 }  // namespace
 
@@ -218,14 +238,14 @@ std::string Do(TName& names, std::string_view script) {
 std::string Resolved(TName& names, std::string_view text) {
   NQ_TString result("left over");
   const bool ok = names.Resolve(S(text), result);
-  return Marked(ok, result);
+  return Marked(ok, Text(result));
 }
 
 std::string Resolved(TName& names, std::string_view text, std::string_view begin, std::string_view end,
                      std::string_view before) {
   NQ_TString result(before);
   const bool ok = names.Resolve(S(text), S(begin), S(end), result);
-  return Marked(ok, result);
+  return Marked(ok, Text(result));
 }
 
 std::string ResolvedToken(TName& names, std::string_view token) {
@@ -233,15 +253,20 @@ std::string ResolvedToken(TName& names, std::string_view token) {
   return names.ResolveTokenEx(S(token), result) ? Text(result) : "!";
 }
 
-std::string EntryText(TName& names, std::string_view key) {
-  seenEntry.Clear();
+NQ_TDict* EntryOf(TName& names, const NQ_TString& key) {
+  seenEntry = nullptr;
   names.SetUserLookupHandler(SeeEntry);
-  ResolvedToken(names, key);
+  ResolvedToken(names, Text(key));
   names.SetUserLookupHandler(nullptr);
-  std::vector<std::string> parts;
-  for (NQ_TConstIterator i(seenEntry); !i.IsDone(); i.Next())
-    parts.push_back(Text(i.Key()) + (i.Value().As<NQ_TPointer>() != nullptr ? "" : "=" + Text(i.Value())));
-  std::sort(parts.begin(), parts.end());
+  return seenEntry;
+}
+
+std::string EntryText(TName& names, std::string_view key) {
+  const NQ_TDict* const entry = EntryOf(names, S(key));
+  if (entry == nullptr) return "";
+  std::set<std::string> parts;
+  for (NQ_TConstIterator i(*entry); !i.IsDone(); i.Next())
+    parts.insert(Text(i.Key()) + (i.Value().As<NQ_TPointer>() != nullptr ? "" : "=" + Text(i.Value())));
   std::string all;
   for (const std::string& part : parts) all += (all.empty() ? "" : " ") + part;
   return all;

@@ -82,22 +82,7 @@ TEST(Threads, CountersLoseNothing) {
   EXPECT_EQ(names.GetValue("N"), NQ_TAny(kThreads * Scaled(50'000)));
 }
 
-TEST(Threads, OneRegistryEach) {
-  Watch watch;
-  OnThreads([&](int thread) {
-    const std::string number = std::to_string(thread);
-    Names names("text A = v_" + number + "; number N = " + number + "; time T");
-    // The same templates, patterns and formats on every thread.
-    for (int i = 0; i < Scaled(1000); ++i) {
-      const std::string pattern = "(v|[0-9]+x" + std::to_string(i % 40) + ")";
-      const std::string got = Resolved(
-          names, "<<A elem=\"_,1\"/>>/<<N format=\"%03d\"/>>/<<A regex=\"" + pattern + "\"/>>/<<T format=\"%%\"/>>");
-      watch.Expect(got == number + "/00" + number + "/v/%", got);
-    }
-  });
-}
-
-// All formatters at once: through names of one registry, and with the same options by themselves.
+// The same templates, patterns and formats on every thread: through names of one registry, of one each, and without.
 TEST(Threads, FormatEverything) {
   using TFormat = bool (*)(const NQ_TDict& options, NQ_TString& value);
   constexpr TFormat kText = &templatenames::FormatText;
@@ -105,47 +90,48 @@ TEST(Threads, FormatEverything) {
   constexpr TFormat kDate = [](const NQ_TDict& o, NQ_TString& v) {
     return templatenames::FormatDateTimeValue(0, o, v);
   };
-  const std::string iso = "DataFormat=DATETIME|InputDateTimeFormat=ISO8601|";
   const struct {
     TFormat format;
     std::string options, value, formatted;
   } rows[] = {
-      {kText, "DataFormat=TEXT|Encoding=XML|RemoveSpaces=true", " a<b ", "a&lt;b"},
       {kText, "DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE", "smb://h:1/\u00E9 x", "SMB://H:1/%C3%89%20X"},
-      {kText, "DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding= >_,&>and,and>et", "a & b", "a_et_b"},
       {kText, "DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short", "a", "a short text"},
       {kNumber, "DataFormat=NUMBER|Decimals=2|ThousandsSeparator='", "1234567.891", "1'234'567.89"},
       {kNumber, "DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm", "2.0",
        "50.8"},
-      {kNumber, "DataFormat=NUMBER|Decimals=0", "1e3", "1000"},
-      {kDate, iso + "DateTimeFormat=ISO8601|TimeZone=Asia/Kolkata", "2020-10-05T14:03Z",
-       "2020-10-05T19:33:00.00+05:30"},
-      {kDate, iso + "CustomDateTimeFormat=d MMMM yyyy|Language=de_DE", "2021-03-05", "5 M\u00E4rz 2021"},
-      {kDate, iso + "CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|TimeZone=Europe/Paris", "2021-07-05T10:00Z",
-       "lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe centrale"},
+      {kDate,
+       "DataFormat=DATETIME|InputDateTimeFormat=ISO8601|CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|"
+       "TimeZone=Europe/Paris",
+       "2021-07-05T10:00Z", "lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe centrale"},
       {kDate, "DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX",
        "3 f\u00E9vr. 70", "2851200000"},
   };
-  Names names("text plain = p");
+  std::string script = "text a = v_b; time t", text = "<a elem=\"_,1\"/><t format=\"%%\"/>", expected = "b%";
   std::vector<NQ_TDict> options;
-  std::string text, expected;
   for (const auto& row : rows) {
     const std::string name = "n" + std::to_string(options.size());
-    Do(names, "text " + name + " = " + row.value);
+    script += "; text " + name + " = " + row.value;
+    text += "<" + name + "/>";
+    expected += row.formatted;
     options.push_back(formatting_test::Options(row.options));
-    names.SetFormattingOptions(S(name), options.back());
-    text += "<" + name + "/>|<plain/>|";
-    expected += row.formatted + "|p|";
   }
+  const auto define = [&](TName& names) {
+    Do(names, script);
+    for (std::size_t i = 0; i < options.size(); ++i) names.SetFormattingOptions(S("n" + std::to_string(i)), options[i]);
+  };
+  TName shared;
+  define(shared);
   Watch watch;
   OnThreads([&](int thread) {
+    TName own;
+    define(own);
     for (int i = 0; i < Scaled(2000); ++i) {
       const std::size_t number = std::size_t(thread + i) % std::size(rows);
       NQ_TString value = S(rows[number].value);
       watch.Expect(rows[number].format(options[number], value) && Text(value) == rows[number].formatted, Text(value));
-      if (i % 10 != 0) continue;
-      const std::string resolved = Resolved(names, text);
-      watch.Expect(resolved == expected, resolved);
+      const std::string pattern = "<a regex=\"(v|[0-9]+x" + std::to_string(i % 40) + ")\"/>";
+      const std::string got = Resolved(i % 2 == 0 ? shared : own, text + pattern);
+      watch.Expect(got == expected + "v", got);
     }
   });
 }

@@ -17,6 +17,7 @@ NQ_TAny Scalar(std::string_view text) {
   const auto after = [&](std::string_view begin) { return text.substr(begin.size()); };
   if (text == "true" || text == "false") return text == "true";
   if (text == "null") return {};
+  if (text == "illegal") return NQ_TAny::Illegal();
   if (text.starts_with("url ")) return NQ_TURL(NQ_TString(after("url ")));
   if (text.starts_with("time ")) return NQ_TTime::FromMilliseconds(std::stod(std::string(after("time "))));
   const bool isNumber = !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });

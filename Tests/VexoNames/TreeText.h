@@ -11,7 +11,8 @@ namespace names_test {
 /// The value that a text stands for, written as it prints:
 ///   {Type = Number, Value = 5}     a tree; dict {...} a plain dictionary
 ///   [a, b]                         an array
-///   5, true, null, x               an integer, a boolean, the null value, a string; "5" in quotes is a string
+///   5, true, null, illegal         an integer, a boolean, the null and the illegal value
+///   x, "5"                         strings
 ///   url file://h/p, time 5         a URL, a time in milliseconds
 NQ_TAny Value(std::string_view text);
 
