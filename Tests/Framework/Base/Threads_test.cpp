@@ -25,25 +25,25 @@ TEST(Threads, ReadSharedValuesAndChangeTheirCopies) {
   const NQ_TString equal = texts[0];
   std::atomic<int> ready{0}, wrong{0};
   const auto work = [&](int thread) {
+    const auto expect = [&](bool right) { wrong += right ? 0 : 1; };
     ++ready;
     while (ready < 8) std::this_thread::yield();
     for (const NQ_TString& text : texts) {
       NQ_TString own = text;
-      if (std::string_view(text.c_str()) != "a text of \xC3\xA9 that all share") ++wrong;
-      if (own.Hash() != equal.Hash() || !(own == equal)) ++wrong;
+      expect(std::string_view(text.c_str()) == "a text of \xC3\xA9 that all share");
+      expect(own.Hash() == equal.Hash() && own == equal);
       own.Append(static_cast<char16_t>(u'0' + thread));
-      if (own.c_str()[own.Narrow().size() - 1] != '0' + thread) ++wrong;
+      expect(own.Narrow().back() == '0' + thread);
     }
     for (int i = 0; i < 200; ++i) {
       NQ_TTree own = shared;
       NQ_TAny copy = any;
-      if (!(copy == any) || !(own == shared)) ++wrong;
+      expect(copy == any && own == shared && NQ_TAny::Illegal() == NQ_TAny(NQ_TAny::Illegal()));
       (*own["key3"].As<NQ_TDict>())["k"] = thread;
       (*copy.As<NQ_TTree>())["key5"] = own;
       own.Remove("key4");
-      if (own.Get<NQ_TDict>("key3")->At("k").AsInt32() != thread || own.Size() != 19) ++wrong;
-      if (shared.Get<NQ_TDict>("key3")->At("k").AsInt32() != 1 || !shared.HasKey("key4")) ++wrong;
-      if (!(NQ_TAny::Illegal() == NQ_TAny(NQ_TAny::Illegal()))) ++wrong;
+      expect(own.Get<NQ_TDict>("key3")->At("k").AsInt32() == thread && own.Size() == 19);
+      expect(shared.Get<NQ_TDict>("key3")->At("k").AsInt32() == 1 && shared.HasKey("key4"));
     }
   };
   std::vector<std::jthread> threads;

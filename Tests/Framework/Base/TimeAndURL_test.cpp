@@ -27,12 +27,9 @@ TEST(NQ_TTime, FormatsLocalTime) {
   } cases[] = {
       {kSummer, "%Y-%m-%d %H:%M:%S %z %Z", "2026-07-01 13:05:09 +0200 CEST"},
       {-1, "%F %T", "1970-01-01 00:59:59"},  // before a second is the second before
-      {-2208988800000, "%F", "1900-01-01"},
-      {253402300800000, "%F", "10000-01-01"},
       {6.7e18, "%m", "12"},
       {6.7e19, "%m", ""},
       {-6.7e19, "%m", ""},
-      {INFINITY, "%m", ""},
       {NAN, "%m", ""},
       {0, "", ""},
       {0, "\xC3\xA9 %Y%%", "\xC3\xA9 1970%"},
@@ -60,36 +57,29 @@ TEST(NQ_TTime, ReadsTheClockThatIsSet) {
 }
 
 TEST(NQ_TURL, PartsAndText) {
-  const struct {
-    const char *text, *parts, *file, *location, *folder, *local;
-  } cases[] = {
-      {"file:///", "file||", "", "file:///", "", "/"},
-      {"file://h/a/b/c.pdf", "file|h|a/b/c.pdf", "c.pdf", "file://h/a/b", "b", "//h/a/b/c.pdf"},
-      {"file:///a%20b", "file||a%20b", "a%20b", "file:///", "", "/a%20b"},
-      {"file://localhost/a", "file|localhost|a", "a", "file://localhost/", "", "/a"},
-      {"http://h", "http|h|", "", "http://h/", "", "//h/"},
-      {"http://h//x", "http|h|/x", "x", "http://h/", "", "//h//x"},
-      {"://h/x", "|h|x", "x", "://h/", "", "//h/x"},
-      {"a/b/", "||a/b/", "", "a/b", "b", "/a/b/"},
-      {"", "||", "", "", "", "/"},
+  const std::pair<const char*, const char*> cases[] = {
+      // scheme|host|path file location folder local name
+      {"file:///", "file||  file:///  /"},
+      {"file://h/a/b/c.pdf", "file|h|a/b/c.pdf c.pdf file://h/a/b b //h/a/b/c.pdf"},
+      {"file:///a%20b", "file||a%20b a%20b file:///  /a%20b"},
+      {"file://localhost/a", "file|localhost|a a file://localhost/  /a"},
+      {"http://h", "http|h|  http://h/  //h/"},
+      {"http://h//x", "http|h|/x x http://h/  //h//x"},
+      {"://h/x", "|h|x x ://h/  //h/x"},
+      {"a/b/", "||a/b/  a/b b /a/b/"},
+      {"", "||    /"},
   };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.text);
-    const NQ_TURL url(S(row.text));
-    EXPECT_EQ(url.Scheme() + "|" + url.Host() + "|" + url.Path(), row.parts);
-    EXPECT_EQ(url.FileName(), row.file);
-    EXPECT_EQ(url.Location().Text(), row.location);
-    EXPECT_EQ(url.FolderName(), row.folder);
-    EXPECT_EQ(NQ_TFileInfo(url, true).LocalName(), row.local);
+  for (const auto& [text, expected] : cases) {
+    const NQ_TURL url(S(text));
+    EXPECT_EQ(url.Scheme() + "|" + url.Host() + "|" + url.Path() + " " + url.FileName() + " " + url.Location().Text() +
+                  " " + url.FolderName() + " " + NQ_TFileInfo(url, true).LocalName(),
+              expected);
     EXPECT_EQ(NQ_TURL(url.Text()), url);
   }
-}
-
-TEST(NQ_TURL, HexEncodeKeepsUnreservedCharactersAndSlashes) {
-  EXPECT_EQ(NQ_TURL::HexEncode("AZaz09-._~/"), "AZaz09-._~/");
-  EXPECT_EQ(NQ_TURL::HexEncode(NQ_TString(u" %:?#[]@!$&'()*+,;=\"<>\\^`{|}\u007F\0\u00E9\U0001F4C4\xD800", 34)),
-            "%20%25%3A%3F%23%5B%5D%40%21%24%26%27%28%29%2A%2B%2C%3B%3D%22%3C%3E%5C%5E%60%7B%7C%7D%7F%00%C3%A9"
-            "%F0%9F%93%84%EF%BF%BD");
+  EXPECT_EQ(
+      NQ_TURL::HexEncode(NQ_TString(u"AZaz09-._~/ %:?#[]@!$&'()*+,;=\"<>\\^`{|}\u007F\0\u00E9\U0001F4C4\xD800", 45)),
+      "AZaz09-._~/%20%25%3A%3F%23%5B%5D%40%21%24%26%27%28%29%2A%2B%2C%3B%3D%22%3C%3E%5C%5E%60%7B%7C%7D%7F%00%C3%A9"
+      "%F0%9F%93%84%EF%BF%BD");
 }
 
 }  // namespace
