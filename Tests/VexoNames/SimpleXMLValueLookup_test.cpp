@@ -117,9 +117,9 @@ TEST_F(SimpleXMLValueLookup, FallsBackOnlyWhenAllowed) {
   }
 }
 
-std::string Attributes(int count) {
+std::string Numbered(const char* before, const char* after, int count) {
   std::string all;
-  for (int i = 0; i < count; ++i) all += " a" + std::to_string(i) + "=''";
+  for (int i = 0; i < count; ++i) all += before + std::to_string(i) + after;
   return all;
 }
 
@@ -162,7 +162,15 @@ TEST_F(SimpleXMLValueLookup, WhatIsWrongIsReportedWithItsPlace) {
       {"<r>" + Repeated("<?p?>", 600'000) + "</r>", "1 column 2500004:it has too many elements"},
       {"<r>" + Repeated("<![CDATA[]]>", 600'000) + "</r>", "1 column 6000004:it has too many elements"},
       {Repeated("<a>", 100'000) + Repeated("</a>", 100'000), "1 column 3004:elements lie too deep within each other"},
-      {"<r" + Attributes(200'000) + "/>", "1 column 2088895:an element has too many attributes"},
+      {"<r>" + Numbered("<a", "/>", 450'000) + "</r>", "1 column 116163:it has too many names"},
+      {"<r>" + Numbered("<a a", "=''/>", 240'000) + "</r>", "1 column 128881:it has too many names"},
+      {"<!DOCTYPE r [<!ATTLIST a i ID #IMPLIED>]><r>" + Repeated("<a i='x'/>", 240'000) + "</r>",
+       "1 column 141395:it has too many names"},
+      {"<!DOCTYPE r [<!ATTLIST a" + Numbered(" a", " CDATA #IMPLIED", 2'500) + ">]><r>" + Repeated("<a/>", 490'000),
+       "1 column 2"},
+      {"<!DOCTYPE r [<!ATTLIST a b CDATA '" + std::string(60'000, 'x') + "'>]><r>" + Repeated("<a/>", 240'000),
+       "1 column 61162:the file is too large"},
+      {"<r" + Numbered(" a", "=''", 200'000) + "/>", "1 column 2088895:an element has too many attributes"},
       {"<r>" + std::string(17 * 1024 * 1024, 'x') + "</r>", "1 column 16"},
       {"<!DOCTYPE r [<!ENTITY a '" + std::string(4'000, 'x') + "'>]><r>" + Repeated("&a;", 5'000) + "</r>",
        "1 column 16618:the file is too large"},

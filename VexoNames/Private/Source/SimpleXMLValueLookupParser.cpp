@@ -8,9 +8,12 @@
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/XMLString.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <cerrno>
+#include <functional>
+#include <string_view>
 
 #include "NQ_TString.h"
 
@@ -24,6 +27,9 @@ constexpr std::uint64_t kMostDoctypeBytes = 64 * 1024;
 constexpr std::uint64_t kMostEntityCharacters = 4 * 1024;
 // The XML library sorts the attributes of an element one by one, which takes the square of their number.
 constexpr XMLSize_t kMostAttributes = 1'000;
+// For an element or attribute the XML library may go through all names and identifiers so far, and all attributes that
+// are declared for it. So many steps take about a second; 14,000 elements may each have a name of their own.
+constexpr std::uint64_t kMostNameSteps = 100'000'000;
 
 constexpr char kTooLarge[] = "the file is too large";
 
@@ -103,11 +109,30 @@ void TBoundedParser::CountNodes(std::uint64_t count) {
   if (nodes_ > static_cast<std::uint64_t>(limits_.xmlNodes)) Refuse("it has too many elements");
 }
 
+// Entities make more of a file than its bytes, and so do attributes with a declared value.
+void TBoundedParser::CountCharacters(std::uint64_t count) {
+  characters_ += count;
+  if (characters_ > static_cast<std::uint64_t>(limits_.xmlBytes)) Refuse(kTooLarge);
+}
+
+void TBoundedParser::CountName(const XMLCh* name) {
+  names_.insert(std::hash<std::u16string_view>()(name));
+  nameSteps_ += names_.size();
+}
+
 void TBoundedParser::startElement(const xercesc::XMLElementDecl& declaration, const unsigned int uriId,
                                   const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                   const XMLSize_t attributeCount, const bool isEmpty, const bool isRoot) {
   if (attributeCount > kMostAttributes) Refuse("an element has too many attributes");
   CountNodes(1 + attributeCount);
+  CountName(declaration.getFullName());
+  for (XMLSize_t i = 0; i < attributeCount; ++i) {
+    CountName(attributes.elementAt(i)->getQName());
+    CountCharacters(xercesc::XMLString::stringLen(attributes.elementAt(i)->getValue()));
+    if (attributes.elementAt(i)->getType() == xercesc::XMLAttDef::ID) nameSteps_ += ++identifiers_;
+  }
+  if (declaration.hasAttDefs()) nameSteps_ += declaration.getAttDefList().getAttDefCount();
+  if (nameSteps_ > kMostNameSteps) Refuse("it has too many names");
   if (++depth_ > limits_.xmlDepth) Refuse("elements lie too deep within each other");
   XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
@@ -120,8 +145,7 @@ void TBoundedParser::endElement(const xercesc::XMLElementDecl& declaration, cons
 
 void TBoundedParser::docCharacters(const XMLCh* const characters, const XMLSize_t length, const bool isCData) {
   CountNodes(isCData ? 1 : 0);
-  characters_ += length;
-  if (characters_ > static_cast<std::uint64_t>(limits_.xmlBytes)) Refuse(kTooLarge);  // entities make more of it
+  CountCharacters(length);
   XercesDOMParser::docCharacters(characters, length, isCData);
 }
 

@@ -4,7 +4,9 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
+#include <cstddef>
 #include <cstdint>
+#include <unordered_set>
 
 #include "TNameLimits.h"
 
@@ -45,12 +47,18 @@ class TBoundedParser : public xercesc::XercesDOMParser {
  private:
   [[noreturn]] void Refuse(const char* why) const;
   void CountNodes(std::uint64_t count);
+  void CountCharacters(std::uint64_t count);
+  /// Notes that an element or attribute of that name was read.
+  void CountName(const XMLCh* name);
 
   const TNameLimits limits_;
   xercesc::SecurityManager security_;
   std::uint64_t bytes_ = 0;
   std::uint64_t mostBytes_;  // that may be read for now
   std::uint64_t nodes_ = 0;
+  std::unordered_set<std::size_t> names_;  // hashes of those that were read
+  std::uint64_t identifiers_ = 0;
+  std::uint64_t nameSteps_ = 0;  // that looking up both may have taken
   std::uint64_t characters_ = 0;
   std::uint64_t entityCharacters_ = 0;
   int depth_ = 0;
