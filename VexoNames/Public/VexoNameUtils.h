@@ -13,6 +13,7 @@
 //
 // Values come from the services when a template first needs one; then the whole group of names gets its values. What a
 // service does not know, or what cannot be asked, makes the token fail or gives the default that the group documents.
+// A request that failed is made again for the next token, within what `TNameLimits` says of queries.
 // Names that are not defined in the TName are left alone, and nothing is asked for them alone.
 //
 // Lifetimes: proxies and tickets are borrowed. The proxies must outlive this object, this object every TName that it
@@ -103,7 +104,8 @@ class NQ_EXPORT VexoNameUtils {
   // ---- ResetNames.cpp: the next input
 
   /// Hands the task's context to the system names that are defined and drops the values of the one before. Throws what
-  /// the ticket, setting a value, and asking for a job's parameters throw. Logs from level 1 on.
+  /// the ticket, setting a value, and asking for a job's parameters throw; some names are then still those of the
+  /// context before, until a reset that ends well. Logs from level 1 on.
   ///
   /// The input is the ticket's with that number, counted from 1; "file:///" when there is none. The ticket's job is
   /// asked about by its identifier. Parameter names are created when a template first asks for one.
@@ -120,6 +122,10 @@ class NQ_EXPORT VexoNameUtils {
   class TLookupHandler;
   class TWarnHandler;
   struct THandlers;
+
+  // Asking.h: a request of a lookup counts with those of the call that resolves
+  template <class Request>
+  static auto Ask(TName& names, Request request);
 
   // TreeCache.cpp
   const NQ_TTree& GetCachedTree(CFS_TProxy& cfs, const NQ_TString& path, bool timed);
@@ -158,6 +164,8 @@ class NQ_EXPORT VexoNameUtils {
   bool LookupFile(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
   bool LookupFileType(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
   bool LookupVexoID(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
+  NQ_TString FindFileAttribute(TName& names, const NQ_TURL& file, const NQ_TDict& wanted, const char* answer,
+                               const char* fallback) const;
   static void CalculateFileVexoNames(const NQ_TURL& file, TName& names);
 
   // TicketNames.cpp
@@ -174,7 +182,10 @@ class NQ_EXPORT VexoNameUtils {
 
   // ParameterNames.cpp
   void SetWarnLookupHandler(TName& names) const;
+  static bool HasCategory(const TName& names, const NQ_TString& category);
   void WarnLookup(const NQ_TString& key, TName& names) const;
+  NQ_TDict FindParameters(TName& names, const NQ_TString& id,
+                          NQ_TDict (*ask)(P_TProxy& products, const NQ_TString& id)) const;
   void RedefineJobParameterVexoNames(TName& names, const NQ_TString& jobId) const;
   void RedefineProductParameterVexoNames(TName& names, const NQ_TString& productId) const;
   void RedefinePartParameterVexoNames(TName& names, const NQ_TString& partId) const;

@@ -139,6 +139,26 @@ TEST(SystemNameDefinitions, LogByLevel) {
   EXPECT_EQ(log.find("Defining", 10), log.npos) << log;
 }
 
+TEST(SystemNameDefinitions, RequestsHaveAllTheirFields) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"cfs ServerTreeName", "{M = ServerTreeName}"},
+      {"cfs /Resources/S/TemplateNames/user", "{M = [], P1 = /Resources/S/TemplateNames/user, P2 = 0}"},
+      {"cfs /Resources/U1", "{M = [], P1 = /Resources/U1, P2 = 0, PZIPPED = 1}"},
+  };
+  for (const auto& [last, request] : rows) {
+    Office office;
+    office.replies = Configuration();
+    office.replies.erase(last);
+    Names names("");
+    try {
+      office.system.DefineSystemVexoNames(names, "");
+    } catch (const NQ_EException&) {
+      EXPECT_STREQ(last, "cfs ServerTreeName");
+    }
+    EXPECT_EQ(office.LastRequest(), request);
+  }
+}
+
 TEST(SystemNameDefinitions, NewObject) {
   VexoNameUtils system;
   EXPECT_EQ(system.GetDebugLevel(), 0);
@@ -204,6 +224,27 @@ TEST(SystemNameReset, EachFormHandsOverItsContext) {
               form.values);
     EXPECT_EQ(office.Asked(), form.requests);
     EXPECT_FALSE(names.IsDefined("wfp.old"));
+  }
+}
+
+// What led to the values of the context before is gone even then.
+TEST(SystemNameReset, ThrowsWhatIsWrongWithTheContext) {
+  const struct {
+    NQ_TDict job;
+    const char* error;
+  } rows[] = {{D({{"JID", 5}}), "NQ_EIllegalCastFromAny: NQ_TString expected"},
+              {D({{"JID", "J2"}}), "NQ_EException: There is no reply"}};
+  for (const auto& row : rows) {
+    Office office;
+    Names names(kNames);
+    std::string error;
+    try {
+      office.system.ResetVexoNames(names, U("file://h/d/u"), row.job, D({}));
+    } catch (const NQ_EException& thrown) {
+      error = std::string(thrown.ClassName()) + ": " + Text(thrown.NQ_Message());
+    }
+    EXPECT_EQ(error, row.error);
+    EXPECT_EQ(names.GetRawData("jobid"), NQ_TAny(row.job));
   }
 }
 

@@ -204,6 +204,41 @@ TEST(SystemNameGroups, File) {
   for (const Row& row : rows) Check(row);
 }
 
+// What fails is asked for again by the next token, as far as a call may ask.
+TEST(SystemNameGroups, RequestsOfACallAreLimited) {
+  constexpr char kNames[] =
+      "text jobid; text job; text jobcustomer; text customerinfo1; text containername; text filetype; text taskowner; "
+      "text vxtpr:productid";
+  const std::pair<const char*, const char*> rows[] = {
+      {"<job/><job/><job/>", "jobs ij file://h/a; jobs ij file://h/a"},
+      {"<job/><filetype/><taskowner/>", "jobs ij file://h/a; files Query file://h/a"},
+      {"<containername/><jp.a/><customerinfo1/>", "containers FindParentContainer file://h/a; jobs ij file://h/a"},
+      {"<pp.a/><ppp.a/><vxtpr:productid/>",
+       "products GetProductPartFromURL file://h/a; products GetProductPartFromURL file://h/a"},
+  };
+  const AT_TDictTicket ticket(D({}));
+  for (const auto& [text, requests] : rows) {
+    Office office;
+    Names names(kNames);
+    TNameLimits limits;
+    limits.queries = 2;
+    names.SetLimits(limits);
+    for (int call = 1; call <= 2; ++call) {
+      office.system.ResetVexoNames(names, U("file://h/a"), ticket);
+      Resolved(names, text);
+      EXPECT_EQ(office.Asked(), requests) << call;
+    }
+    limits.queryMilliseconds = 0;
+    names.SetLimits(limits);
+    office.system.ResetVexoNames(names, U("file://h/a"), ticket);
+    names.SetDebugLevel(2);
+    system_test::Output output;
+    EXPECT_EQ(Resolved(names, "<filetype/>"), "UNKNOWN");
+    EXPECT_NE(output.Take().find("VexoNameUtils: More time for queries than the limit allows\n"), std::string::npos);
+    EXPECT_EQ(office.Asked(), "");
+  }
+}
+
 TEST(SystemNameGroups, FirstFolder) {
   const struct {
     const char* url;
@@ -269,6 +304,8 @@ TEST(SystemNameGroups, TicketsOfOtherShapes) {
       {{{"TicketPath", "a/b/"}}, "<ticketname/>|", "|", ""},
       {{{"TicketPath", "/a/Other"}, {"Settings", D({{"WFLab", "Books"}})}}, "<ticketname/>", "Other", ""},
       {{{"TicketPath", "Default"}, {"Settings", D({{"WFLab", 5}})}}, "<id/><ticketname/>", "! <ticketname/>", ""},
+      {{{"TicketPath", "/a/Other"}, {"Settings", 5}}, "<ticketname/>", "Other", ""},
+      {{{"TicketID", "T"}, {"WorkflowID", 5}}, "<id/>", "T", ""},
       {{{"Settings", D({{"Inputfolder", 5}})}}, "<id/><fileurl/>", "! <fileurl/>", ""},
       {{{"TicketID", 5}}, "<id/>", "! <id/>", ""},
       {{{"Operator", D({{"UserName", "ann"}})}}, "<taskowner/>", "! <taskowner/>", "accounts GetUser ann"},

@@ -1,4 +1,8 @@
 // One VexoNameUtils for many threads.
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 #include <thread>
 #include <vector>
 
@@ -71,6 +75,30 @@ TEST(SystemNameThreads, EachWithNamesOfItsOwn) {
   EXPECT_EQ(office.Count("cfs /Resources/G2 zipped"), 1);
   EXPECT_EQ(office.Count("cfs /Resources/U1 zipped"), kPeriods);
   EXPECT_EQ(office.Count("jobs jinfo_cpp"), kThreads * kRounds * kPeriods);
+}
+
+// The file is read once, by whichever thread comes first.
+TEST(SystemNameThreads, OneTNameWithLiveParameters) {
+  const std::string path = testing::TempDir() + "live" + std::to_string(getpid()) + ".xml";
+  std::ofstream(path) << "<r><a>1</a></r>";
+  const NQ_TArray files = A({U(("file://" + path).c_str())});
+  const AT_TDictTicket ticket(D({{"WorkflowParameters", D({{"--LiveXMLList--", files}, {"a", "v"}, {"b", "w"}})}}));
+  Office office;
+  Names names("text id");
+  office.system.SetDebugLevel(1);
+  for (int round = 0; round < names_test::Scaled(50); ++round) {
+    system_test::Output output;
+    office.system.ResetVexoNames(names, U("file://h/a"), ticket);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+      threads.emplace_back(
+          [&, i] { EXPECT_EQ(Resolved(names, i % 2 == 0 ? "<wfp.a/>" : "<wfp.b/>"), i % 2 == 0 ? "1" : "w"); });
+    for (std::thread& thread : threads) thread.join();
+    const std::string log = output.Take();
+    EXPECT_EQ(log.find("Resolving XML"), log.rfind("Resolving XML")) << log;
+    EXPECT_NE(log.find("Resolving XML"), log.npos);
+  }
+  std::filesystem::remove(path);
 }
 
 }  // namespace

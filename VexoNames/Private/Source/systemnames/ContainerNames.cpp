@@ -1,4 +1,5 @@
 // VexoNameUtils: names of the container that the input lies in.
+#include "Asking.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -19,7 +20,8 @@ bool VexoNameUtils::LookupContainerInfo(const NQ_TString& key, NQ_TDict&, TName&
     const NQ_TAny input = names.GetRawData("containername");
     const auto& url = Held<NQ_TURL>(input);
     CW_TProxy* const containers = containers_;
-    const NQ_TAny reply = containers == nullptr ? NQ_TAny() : containers->Call("FindParentContainer", url, false);
+    const auto request = [&] { return containers->Call("FindParentContainer", url, false); };
+    const NQ_TAny reply = containers == nullptr ? NQ_TAny() : Ask(names, request);
     CalculateContainerVexoNames(reply.ValueOr(NQ_TDict()), names);
   });
 }

@@ -1,4 +1,5 @@
 // VexoNameUtils: names of the job's customer.
+#include "Asking.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -28,7 +29,8 @@ bool VexoNameUtils::LookupCustomerInfo(const NQ_TString& key, NQ_TDict&, TName& 
     const NQ_TString customer = CustomerOf(names);
     J_TProxy* const jobs = jobs_;
     const bool asks = !customer.Empty() && jobs != nullptr;
-    CalculateCustomerVexoNames(asks ? systemnames::AskForCustomer(*jobs, customer) : NQ_TDict(), names);
+    const auto request = [&] { return systemnames::AskForCustomer(*jobs, customer); };
+    CalculateCustomerVexoNames(asks ? Ask(names, request) : NQ_TDict(), names);
   });
 }
 

@@ -1,4 +1,5 @@
 // VexoNameUtils: names of the input file.
+#include "Asking.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -18,18 +19,6 @@ NQ_TString FirstFolder(const NQ_TURL& file) {
   const std::size_t first = path.find(u'/');
   const std::size_t second = first == path.npos ? first : path.find(u'/', first + 1);
   return first == 0 || second == path.npos ? NQ_TString() : NQ_TString(path.substr(first + 1, second - first - 1));
-}
-
-// What the file server says of an attribute; the fallback when it is not there, fails, or says nothing of use.
-NQ_TString AttributeOf(FS_TProxy* files, const NQ_TURL& file, const NQ_TDict& wanted, const char* answer,
-                       const char* fallback) {
-  NQ_TString text(fallback);
-  if (files == nullptr) return text;
-  Attempt([&] {
-    const NQ_TAny reply = files->Call("Query", file, wanted, false);
-    text = Entry<NQ_TString>(Held<NQ_TDict>(reply), answer);
-  });
-  return text;
 }
 
 }  // namespace
@@ -69,12 +58,25 @@ void VexoNameUtils::CalculateFileVexoNames(const NQ_TURL& file, TName& names) {
   }
 }
 
+// The fallback when the file server is not there, fails, or says nothing of use.
+NQ_TString VexoNameUtils::FindFileAttribute(TName& names, const NQ_TURL& file, const NQ_TDict& wanted,
+                                            const char* answer, const char* fallback) const {
+  NQ_TString text(fallback);
+  FS_TProxy* const files = files_;
+  if (files == nullptr) return text;
+  Attempt([&] {
+    const NQ_TAny reply = Ask(names, [&] { return files->Call("Query", file, wanted, false); });
+    text = Entry<NQ_TString>(Held<NQ_TDict>(reply), answer);
+  });
+  return text;
+}
+
 bool VexoNameUtils::LookupFileType(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
   return systemnames::ValueOf(key, names, value, [&] {
     const NQ_TAny file = names.GetRawData("filetype");
     NQ_TDict wanted;
     wanted.Add("Type", NQ_TAny());
-    names.SetValue(key, AttributeOf(files_, Held<NQ_TURL>(file), wanted, "Type", "UNKNOWN"));
+    names.SetValue(key, FindFileAttribute(names, Held<NQ_TURL>(file), wanted, "Type", "UNKNOWN"));
   });
 }
 
@@ -84,6 +86,6 @@ bool VexoNameUtils::LookupVexoID(const NQ_TString& key, NQ_TDict&, TName& names,
     const NQ_TAny file = names.GetRawData("vexoid");
     NQ_TDict wanted;
     wanted.Add("VexoID", NQ_TAny(NQ_TAny::Illegal())).Add("VexoIDStr", kIdBase);
-    names.SetValue(key, AttributeOf(files_, Held<NQ_TURL>(file), wanted, "VexoIDStr", "000000"));
+    names.SetValue(key, FindFileAttribute(names, Held<NQ_TURL>(file), wanted, "VexoIDStr", "000000"));
   });
 }

@@ -1,4 +1,5 @@
 // VexoNameUtils: names of the job.
+#include "Asking.h"
 #include "Handlers.h"
 #include "NQ_TBoxed.h"
 #include "NameGroups.h"
@@ -67,8 +68,8 @@ NQ_TDict VexoNameUtils::FindJobInfo(TName& names) const {
   const auto* const id = lead.As<NQ_TString>();
   const auto* const url = lead.As<NQ_TURL>();
   if (jobs == nullptr || (id == nullptr && url == nullptr)) return {};
-  const NQ_TString jobId = id != nullptr ? *id : systemnames::AskForJobOf(*jobs, *url);
-  NQ_TDict job = jobId.Empty() ? NQ_TDict() : systemnames::AskForJob(*jobs, jobId);
+  const NQ_TString jobId = id != nullptr ? *id : Ask(names, [&] { return systemnames::AskForJobOf(*jobs, *url); });
+  NQ_TDict job = jobId.Empty() ? NQ_TDict() : Ask(names, [&] { return systemnames::AskForJob(*jobs, jobId); });
   names.SetRawData(kAnchor, job);
   return job;
 }

@@ -6,13 +6,6 @@ void Install(TName& names, const NQ_TString& key, const TNameLookupHandler& hand
   if (names.IsDefined(key)) names.SetLookupHandler(key, &handler, true);
 }
 
-bool HasCategory(const TName& names, const NQ_TString& category) {
-  const NQ_TList keys = names.GetTNames();
-  for (NQ_TConstIterator i(keys); !i.IsDone(); i.Next())
-    if (names.GetCategory(*i.Value().As<NQ_TString>()) == category) return true;
-  return false;
-}
-
 void UndefineCategory(TName& names, const NQ_TString& category) {
   const NQ_TList keys = names.GetTNames();
   for (NQ_TConstIterator i(keys); !i.IsDone(); i.Next()) {

@@ -31,8 +31,6 @@ void InstallAll(TName& names, const Keys& keys, const TNameLookupHandler& handle
   for (const auto& key : keys) Install(names, key, handler);
 }
 
-/// Whether a name of that category is defined.
-bool HasCategory(const TName& names, const NQ_TString& category);
 void UndefineCategory(TName& names, const NQ_TString& category);
 
 /// Defines a parameter as a text of that category.

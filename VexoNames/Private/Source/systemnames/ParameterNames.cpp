@@ -1,7 +1,10 @@
 // VexoNameUtils: names of the parameters of jobs, products and parts.
+#include "Asking.h"
+#include "AttributeKeys.h"
 #include "Handlers.h"
 #include "NQ_TArray.h"
 #include "NameGroups.h"
+#include "NameStore.h"
 #include "Reading.h"
 #include "Requests.h"
 
@@ -53,35 +56,33 @@ void Redefine(TName& names, const NQ_TDict& parameters, const TKind& kind) {
   }
 }
 
-// What the service gives; nothing when there is no identifier or no service, or asking fails.
-template <class Ask>
-NQ_TDict ParametersOf(P_TProxy* products, const NQ_TString& id, Ask ask) {
-  NQ_TDict parameters;
-  if (!id.Empty() && products != nullptr) Attempt([&] { parameters = ask(*products, id); });
-  return parameters;
-}
-
-// Whether a template asks for a parameter of a kind of which there is none yet.
-bool IsMissing(const TName& names, const NQ_TString& key, const TKind& kind) {
-  return key.StringView().starts_with(kind.prefix) && !names.IsDefined(key) &&
-         !systemnames::HasCategory(names, kind.category);
-}
-
 }  // namespace
 
 void VexoNameUtils::SetWarnLookupHandler(TName& names) const { names.SetWarnLookupHandler(&handlers_->warn); }
 
+// Walks over the entries themselves: a template may hold any number of tokens that no name is defined for.
+bool VexoNameUtils::HasCategory(const TName& names, const NQ_TString& category) {
+  const std::lock_guard guard(names.lock_);
+  for (NQ_TConstIterator i(names.names_->Names()); !i.IsDone(); i.Next()) {
+    const auto* const found = i.Value().As<templatenames::TEntry>()->Get<NQ_TString>(templatenames::Keys().category);
+    if (found != nullptr && *found == category) return true;
+  }
+  return false;
+}
+
 void VexoNameUtils::WarnLookup(const NQ_TString& key, TName& names) const {
+  // Whether a template asks for a parameter of a kind of which there is none yet.
+  const auto isMissing = [&](const TKind& kind) {
+    return key.StringView().starts_with(kind.prefix) && !names.IsDefined(key) && !HasCategory(names, kind.category);
+  };
   Attempt([&] {
-    if (IsMissing(names, key, kJob)) RedefineJobParameterVexoNames(names, FindJID(names));
+    if (isMissing(kJob)) RedefineJobParameterVexoNames(names, FindJID(names));
   });
   Attempt([&] {
-    if (IsMissing(names, key, kProduct))
-      RedefineProductParameterVexoNames(names, TextOrEmpty(FindProductInfo(names), "p.id"));
+    if (isMissing(kProduct)) RedefineProductParameterVexoNames(names, TextOrEmpty(FindProductInfo(names), "p.id"));
   });
   Attempt([&] {
-    if (IsMissing(names, key, kPart))
-      RedefinePartParameterVexoNames(names, TextOrEmpty(FindProductInfo(names), "pp.id"));
+    if (isMissing(kPart)) RedefinePartParameterVexoNames(names, TextOrEmpty(FindProductInfo(names), "pp.id"));
   });
 }
 
@@ -89,16 +90,25 @@ void VexoNameUtils::RedefineJobParameterVexoNames(TName& names, const NQ_TString
   UndefineCategory(names, kJob.category);
   J_TProxy* const jobs = jobs_;
   if (jobId.Empty() || jobs == nullptr) return;
-  const NQ_TAny reply = systemnames::AskForJobParameters(*jobs, jobId);
+  const NQ_TAny reply = Ask(names, [&] { return systemnames::AskForJobParameters(*jobs, jobId); });
   const auto* const rows = reply.As<NQ_TArray>();
   for (unsigned int i = 0; rows != nullptr && i < rows->Count(); ++i)
     Attempt([&] { DefineJobParameter(names, Held<NQ_TArray>(*rows->At(i))); });
 }
 
+// Nothing when there is no identifier or no service, or asking fails.
+NQ_TDict VexoNameUtils::FindParameters(TName& names, const NQ_TString& id,
+                                       NQ_TDict (*ask)(P_TProxy& products, const NQ_TString& id)) const {
+  NQ_TDict parameters;
+  P_TProxy* const products = products_;
+  if (!id.Empty() && products != nullptr) Attempt([&] { parameters = Ask(names, [&] { return ask(*products, id); }); });
+  return parameters;
+}
+
 void VexoNameUtils::RedefineProductParameterVexoNames(TName& names, const NQ_TString& productId) const {
-  Redefine(names, ParametersOf(products_, productId, systemnames::AskForProductParameters), kProduct);
+  Redefine(names, FindParameters(names, productId, systemnames::AskForProductParameters), kProduct);
 }
 
 void VexoNameUtils::RedefinePartParameterVexoNames(TName& names, const NQ_TString& partId) const {
-  Redefine(names, ParametersOf(products_, partId, systemnames::AskForPartParameters), kPart);
+  Redefine(names, FindParameters(names, partId, systemnames::AskForPartParameters), kPart);
 }

@@ -1,6 +1,7 @@
 // VexoNameUtils: names of the product that the task works on.
 #include <optional>
 
+#include "Asking.h"
 #include "Handlers.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
@@ -75,8 +76,10 @@ NQ_TDict VexoNameUtils::FindProductInfo(TName& names) const {
   const auto* const id = lead.As<NQ_TString>();
   const auto* const url = lead.As<NQ_TURL>();
   if (products == nullptr || (id == nullptr && url == nullptr)) return {};
-  NQ_TDict part =
-      id != nullptr ? systemnames::AskForProductPart(*products, *id) : systemnames::AskForProductPart(*products, *url);
+  NQ_TDict part = Ask(names, [&] {
+    return id != nullptr ? systemnames::AskForProductPart(*products, *id)
+                         : systemnames::AskForProductPart(*products, *url);
+  });
   names.SetRawData(kAnchor, part);
   return part;
 }

@@ -39,8 +39,8 @@ NQ_TString ResetJob(TName& names, const TContext& context) {
     names.RemValue(kKey);
     return {};
   }
-  NQ_TString id = context.job != nullptr ? TextOrEmpty(*context.job, "JID") : *context.jobId;
   names.SetRawData(kKey, context.job != nullptr ? NQ_TAny(*context.job) : NQ_TAny(*context.jobId));
+  NQ_TString id = context.job != nullptr ? TextOrEmpty(*context.job, "JID") : *context.jobId;
   names.SetValue(kKey, id);
   return id;
 }

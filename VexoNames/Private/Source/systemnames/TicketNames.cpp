@@ -1,4 +1,5 @@
 // VexoNameUtils: names of the task's ticket and its owner.
+#include "Asking.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -13,12 +14,23 @@ using systemnames::SetIfDefined;
 
 namespace {
 
+constexpr struct {
+  const char* name;
+  NQ_TString (AT_TTicket::*get)() const;
+} kTexts[] = {
+    {"id", &AT_TTicket::GetTicketID},
+    {"shortid", &AT_TTicket::GetShortID},
+    {"wfid", &AT_TTicket::GetWorkflowID},
+    {"taskname", &AT_TTicket::GetTaskName},
+};
+
 // The last segment of its path without "*"; a ticket of no particular name goes by its workflow's label.
 NQ_TString TicketName(const AT_TTicket& ticket) {
   const NQ_TString path = ticket.GetTicketPath();
   const NQ_TString name = path.Substring(path.Find('/', -1, true) + 1).Replace("*", "");
+  if (!(name == "Default")) return name;
   const NQ_TDict settings = ticket.GetSettings();
-  return name == "Default" && settings.HasKey("WFLab") ? Entry<NQ_TString>(settings, "WFLab") : name;
+  return settings.HasKey("WFLab") ? Entry<NQ_TString>(settings, "WFLab") : name;
 }
 
 NQ_TString AccountOf(const AT_TTicket& ticket) {
@@ -44,10 +56,8 @@ bool VexoNameUtils::LookupTicket(const NQ_TString& key, NQ_TDict&, TName& names,
 }
 
 void VexoNameUtils::CalculateTicketVexoNames(const AT_TTicket& ticket, TName& names) {
-  SetIfDefined(names, "id", ticket.GetTicketID());
-  SetIfDefined(names, "shortid", ticket.GetShortID());
-  SetIfDefined(names, "wfid", ticket.GetWorkflowID());
-  SetIfDefined(names, "taskname", ticket.GetTaskName());
+  for (const auto& row : kTexts)
+    if (const NQ_TString name(row.name); names.IsDefined(name)) names.SetValue(name, (ticket.*row.get)());
   Attempt([&] { SetIfDefined(names, "ticketname", TicketName(ticket)); });
   Attempt([&] { SetIfDefined(names, "fileurl", Entry<NQ_TURL>(ticket.GetSettings(), "Inputfolder")); });
   Attempt([&] { SetIfDefined(names, "operator", ticket.GetOperator().userName); });
@@ -59,6 +69,6 @@ bool VexoNameUtils::LookupTaskOwner(const NQ_TString& key, NQ_TDict&, TName& nam
     const NQ_TString account = AccountOf(Held<AT_TTicket>(ticket));
     A_TProxy* const accounts = accounts_;
     if (accounts == nullptr) nq::Throw(NQ_EException("There is no user-account service"));
-    names.SetValue(key, accounts->GetUser(account).GetEMail());
+    names.SetValue(key, Ask(names, [&] { return accounts->GetUser(account).GetEMail(); }));
   });
 }
