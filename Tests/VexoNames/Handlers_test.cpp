@@ -1,6 +1,7 @@
 // Handlers: who is called when, with what; and those that do what they like with the names, with themselves and with
 // the text in hand.
 #include <functional>
+#include <span>
 #include <thread>
 
 #include "NQ_TBoxed.h"
@@ -61,22 +62,23 @@ struct WarnObject : TNameWarnLookupHandler {
 constexpr struct {
   std::string_view word;
   void (*install)(TName&);  // for the name A where it takes a name
-  const char* x;            // what A resolves to then, whose value is x; none for those that not every test uses
 } kKinds[] = {
-    {"own", [](TName& n) { n.SetLookupHandler("A", Own, false); }, "v"},
-    {"user", [](TName& n) { n.SetUserLookupHandler(User<false>); }, "x"},
-    {"type", [](TName& n) { n.SetTypeHandler("A", Type); }, "x<t"},
-    {"e", [](TName& n) { n.SetElemHandler(Stage<'e'>); }, "xe"},
-    {"x", [](TName& n) { n.SetExtractHandler(Stage<'x'>); }, "xx"},
-    {"r", [](TName& n) { n.SetRegExHandler(Stage<'r'>); }, "xr"},
-    {"warn", [](TName& n) { n.SetWarnLookupHandler(Warn); }, "x"},
-    {"own of B", [](TName& n) { n.SetLookupHandler("B", Own, false); }, nullptr},
-    {"fails", [](TName& n) { n.SetLookupHandler("A", Fails, false); }, nullptr},
-    {"object", [](TName& n) { n.SetLookupHandler("A", &ownObject, false); }, nullptr},
-    {"user answers", [](TName& n) { n.SetUserLookupHandler(User<true>); }, nullptr},
-    {"x fails", [](TName& n) { n.SetExtractHandler(Stage<'x', false>); }, nullptr},
-    {"warn object", [](TName& n) { n.SetWarnLookupHandler(&warnObject); }, nullptr},
+    {"own", [](TName& n) { n.SetLookupHandler("A", Own, false); }},
+    {"user", [](TName& n) { n.SetUserLookupHandler(User<false>); }},
+    {"type", [](TName& n) { n.SetTypeHandler("A", Type); }},
+    {"e", [](TName& n) { n.SetElemHandler(Stage<'e'>); }},
+    {"x", [](TName& n) { n.SetExtractHandler(Stage<'x'>); }},
+    {"r", [](TName& n) { n.SetRegExHandler(Stage<'r'>); }},
+    {"warn", [](TName& n) { n.SetWarnLookupHandler(Warn); }},
+    {"own of B", [](TName& n) { n.SetLookupHandler("B", Own, false); }},
+    {"fails", [](TName& n) { n.SetLookupHandler("A", Fails, false); }},
+    {"object", [](TName& n) { n.SetLookupHandler("A", &ownObject, false); }},
+    {"user answers", [](TName& n) { n.SetUserLookupHandler(User<true>); }},
+    {"x fails", [](TName& n) { n.SetExtractHandler(Stage<'x', false>); }},
+    {"warn object", [](TName& n) { n.SetWarnLookupHandler(&warnObject); }},
 };
+
+const auto kUsualKinds = std::span(kKinds).first(7);
 
 /// Does a script; beside the operations on names it may hold the words of the table above, and
 ///   entry Format = 5    the attribute becomes 5, whatever its class was; "none" removes it
@@ -151,19 +153,6 @@ TEST(Handlers, AreCalledInOrderAndChangesTakeEffectFromTheNextStepOn) {
       CheckCalls(line.substr(0, set), line.substr(set + 2, arrow - set - 2), line.substr(arrow + 4, second - arrow - 4),
                  line.substr(second + 4));
   }
-  Names names("number N = 7");
-  names.SetWarnLookupHandler(Warn);
-  act = [](TName& n, NQ_TDict*) { Do(n, "text A = made"); };  // a hook may define what is missing
-  EXPECT_EQ(Resolved(names, "<A/> <N/>"), "made 7");
-  act = nullptr;
-}
-
-TEST(Handlers, AnEntryHasOneKindOfLookupAtATime) {
-  Names names("text A = x");
-  names.SetLookupHandler("A", &ownObject, false);
-  EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler2 Type=0 TypeHandler Value=x");
-  names.SetLookupHandler("A", Own, true);
-  EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler Type=0 TypeHandler");
 }
 
 TEST(Handlers, MayDoAnythingToTheNames) {
@@ -174,8 +163,7 @@ TEST(Handlers, MayDoAnythingToTheNames) {
              "entry Type = none|entry LookupHandler = none|template <N/><B/><A/> and something longer|template |"
              // These end by a limit.
              "again|resolve <A/><B/>|token A|markers {A}|to url //h/<A/>|from url x://h/<A/>")) {
-    for (const auto& [kind, install, x] : kKinds) {
-      if (x == nullptr) break;
+    for (const auto& [kind, install] : kUsualKinds) {
       SCOPED_TRACE(std::string(kind) + " handler: " + script);
       Names names("text A = x; text B = [<A/>]; number N = 7; limit tokens = 1000");
       install(names);
@@ -197,15 +185,13 @@ TEST(Handlers, MayDoAnythingToTheNames) {
 }
 
 TEST(Handlers, MayThrowThroughEveryOperation) {
-  for (const auto& [kind, install, x] : kKinds) {
-    if (x == nullptr) break;
+  for (const auto& [kind, install] : kUsualKinds) {
     for (const char* script : {"resolve a <N/> <A/>", "resolve <B/>", "markers {A}", "to url //h/<A/>",
                                "from url file://h/<A/>", "token A"}) {
       SCOPED_TRACE(std::string(kind) + " handler: " + script);
       Names names("text A = x; text B = <C/>; text C = <A/>; number N = 7");
       install(names);
       const std::string before = Resolved(names, "a <N/> <A/> <N/><B/>");
-      EXPECT_TRUE(before.starts_with("a 7") && before.find(x) != before.npos) << before;
       act = [](TName&, NQ_TDict*) { throw 5; };
       for (int time = 0; time < 70; ++time) {  // more than values may nest
         const Output output;

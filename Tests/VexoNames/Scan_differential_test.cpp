@@ -63,59 +63,22 @@ const auto& Any(std::mt19937& random, const Rows& rows) {
   return rows[random() % std::size(rows)];
 }
 
-constexpr std::string_view kNames[] = {"A", "A", "AA", "N", "K", "L", "B", "A C", "CDATA", "U", "", "="};
-constexpr std::string_view kAttributes[] = {"",
-                                            "",
-                                            " format=\"%s\"",
-                                            " format=\"%8s|\"",
-                                            " format=\"%03d\"",
-                                            " format=\"%n\"",
-                                            " elem=\"_,1\"",
-                                            " elem=\"_,9\"",
-                                            " elem=\"_\"",
-                                            " extract=\"1,2\"",
-                                            " extract=\"-1,2\"",
-                                            " regex=\"([0-9]+)\"",
-                                            " regex=\"([a-z]+)_\"",
-                                            " regex=\"(x)?.\"",
-                                            " regex=\"[a-z]+\"",
-                                            " regex=\"(\"",
-                                            " regex=\"a\\K(?=.(.))\""};
-constexpr std::string_view kPieces[] = {
-    "<",      "<",          "<",        "/>",          "/>",       "/>",         "<<",  "/>>",  "/>>",    ">",
-    "/",      "=",          "\"",       " ",           " ",        "<<CDATA/>>", "x_y", "__,1", "\u3C3C", "\u2F3E>",
-    "format", " format=\"", " elem=\"", " extract=\"", "regex=\"", "%03d",       "_,1", "2,3",  ",-1",    "</>"};
-constexpr const char* kChanges[] = {"text A = job_0815_cover",
-                                    "text A = ",
-                                    "text A = J\xC3\xB8rgen_\xF0\x9F\x96\xA8_x",
-                                    "text A = abc; regex A = (",
-                                    "text A = abcdef; extract A = 1,3; regex A = (c.*)",
-                                    "format A = [%5s]",
-                                    "format A = %d",
-                                    "elem A = _,1",
-                                    "elem A = bad",
-                                    "extract A = 1,3",
-                                    "text AA = <A format=\"%4s\"/>_b",
-                                    "text B = <A/>-<N/>",
-                                    "text B = <<A/>>_<N/>; elem B = _,0",
-                                    "text B = <<CDATA/>><A/>",
-                                    "text B = x/><A/>",
-                                    "text B = <U/><K/><A/>",
-                                    "text A C = <B/><<B/>>",
-                                    "text CDATA = c; regex CDATA = (x)",
-                                    "number N = 407",
-                                    "number N = -7; format N = %05d",
-                                    "number N = 1234; extract N = 1,2",
-                                    "format N = %s",
-                                    "number  = 3",
-                                    "number = = 4",
-                                    "auto K = 5",
-                                    "auto K = 2147483645",
-                                    "url L = file://host/a_b/c",
-                                    "url L = file://h/<A/>; format L = %d; elem L = /,3",
-                                    "undefine A",
-                                    "undefine B",
-                                    "undefine"};
+const auto kNames = Split("A|A|AA|N|K|L|B|A C|CDATA|U||=");
+const auto kAttributes = Split(
+    "|| format=\"%s\"| format=\"%8s<\"| format=\"%03d\"| format=\"%n\"| elem=\"_,1\"| elem=\"_,9\"| elem=\"_\"|"
+    " extract=\"1,2\"| extract=\"-1,2\"| regex=\"([0-9]+)\"| regex=\"([a-z]+)_\"| regex=\"(x)?.\"| regex=\"[a-z]+\"|"
+    " regex=\"(\"| regex=\"a\\K(?=.(.))\"");
+const auto kPieces = Split(
+    "<|<|<|/>|/>|/>|<<|/>>|/>>|>|/|=|\"| | |<<CDATA/>>|x_y|__,1|\u3C3C|\u2F3E>|format| format=\"| elem=\"| extract=\"|"
+    "regex=\"|%03d|_,1|2,3|,-1|</>");
+const auto kChanges = Split(
+    "text A = job_0815_cover|text A = |text A = J\xC3\xB8rgen_\xF0\x9F\x96\xA8_x|text A = abc; regex A = (|"
+    "text A = abcdef; extract A = 1,3; regex A = (c.*)|format A = [%5s]|format A = %d|elem A = _,1|elem A = bad|"
+    "extract A = 1,3|text AA = <A format=\"%4s\"/>_b|text B = <A/>-<N/>|text B = <<A/>>_<N/>; elem B = _,0|"
+    "text B = <<CDATA/>><A/>|text B = x/><A/>|text B = <U/><K/><A/>|text A C = <B/><<B/>>|"
+    "text CDATA = c; regex CDATA = (x)|number N = 407|number N = -7; format N = %05d|"
+    "number N = 1234; extract N = 1,2|format N = %s|number  = 3|number = = 4|auto K = 5|auto K = 2147483645|"
+    "url L = file://host/a_b/c|url L = file://h/<A/>; format L = %d; elem L = /,3|undefine A|undefine B|undefine");
 constexpr std::pair<std::string_view, std::string_view> kMarkers[] = {
     {"<", "/>"}, {"<<", "/>>"}, {"=", "="},  {"<<", "<"},  {"A", "AN"},    {"/", "/>"},
     {"", "/>"},  {"<A", "A/>"}, {"\"", " "}, {"<", "<<A"}, {"\u3C3C", ">"}};
@@ -137,7 +100,7 @@ std::vector<std::string> Results(bool plainly) {
   std::mt19937 random(4711);
   TName names;
   if (plainly) names.SetWarnLookupHandler([](const NQ_TString&, TName*) {});
-  for (const char* script : kChanges) Thrown([&] { Do(names, script); });
+  for (const std::string& script : kChanges) Thrown([&] { Do(names, script); });
   std::vector<std::string> results, recent(64);
   Output output;
   for (int i = 0; i < Scaled(20'000); ++i) {

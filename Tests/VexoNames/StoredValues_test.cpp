@@ -18,14 +18,15 @@ TEST(StoredValues, WhatOthersWriteShowsAtOnce) {
     const char* resolved;  // of <A/><A regex="(.)$"/>
   } rows[] = {
       {"added", [](NQ_TDict& e) { e.Add("Value", S("yz")); }, "yzz"},
-      {"lent", [&](NQ_TDict& e) { *(lent = e["Value"].As<NQ_TString>()) = "qr"; }, "qrr"},
-      {"written to later", [&](NQ_TDict&) { *lent = "st"; }, "stt"},
-      {"appended to later", [&](NQ_TDict&) { lent->Append(S("!")); }, "st!!"},
-      {"another one", [&](NQ_TDict&) { names.SetValue("A", "yz"); }, "yzz"},
+      // Of these the entry itself knows nothing, as long as nothing in it is lent.
       {"held by reference", [&](NQ_TDict& e) { e.Add("Value", NQ_TAny(static_cast<NQ_TObject*>(&elsewhere))); }, ""},
       {"written elsewhere", [&](NQ_TDict&) { elsewhere = "ab"; }, "abb"},
       {"lent before it was stored", [&](NQ_TDict& e) { e.Add("Value", std::move(before)); }, "11"},
       {"written to then", [&](NQ_TDict&) { *inside = "cd"; }, "cdd"},
+      {"lent", [&](NQ_TDict& e) { *(lent = e["Value"].As<NQ_TString>()) = "qr"; }, "qrr"},
+      {"written to later", [&](NQ_TDict&) { *lent = "st"; }, "stt"},
+      {"appended to later", [&](NQ_TDict&) { lent->Append(S("!")); }, "st!!"},
+      {"another one", [&](NQ_TDict&) { names.SetValue("A", "yz"); }, "yzz"},
       {"assigned as a whole",
        [](NQ_TDict& e) {
          NQ_TDict copy = e;

@@ -5,9 +5,6 @@
 #include <thread>
 
 #include "Support.h"
-#include "formatting/DateTime.h"
-#include "formatting/FormatNumber.h"
-#include "formatting/FormatText.h"
 #include "formatting/OptionsText.h"
 
 namespace names_test {
@@ -82,55 +79,38 @@ TEST(Threads, CountersLoseNothing) {
   EXPECT_EQ(names.GetValue("N"), NQ_TAny(kThreads * Scaled(50'000)));
 }
 
-// The same templates, patterns and formats on every thread: through names of one registry, of one each, and without.
+// The same templates, patterns and formats on every thread, through names of one registry and of one each.
 TEST(Threads, FormatEverything) {
-  using TFormat = bool (*)(const NQ_TDict& options, NQ_TString& value);
-  constexpr TFormat kText = &templatenames::FormatText;
-  constexpr TFormat kNumber = [](const NQ_TDict& o, NQ_TString& v) { return templatenames::FormatNumber(0, o, v); };
-  constexpr TFormat kDate = [](const NQ_TDict& o, NQ_TString& v) {
-    return templatenames::FormatDateTimeValue(0, o, v);
-  };
-  const struct {
-    TFormat format;
-    std::string options, value, formatted;
-  } rows[] = {
-      {kText, "DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE", "smb://h:1/\u00E9 x", "SMB://H:1/%C3%89%20X"},
-      {kText, "DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short", "a", "a short text"},
-      {kNumber, "DataFormat=NUMBER|Decimals=2|ThousandsSeparator='", "1234567.891", "1'234'567.89"},
-      {kNumber, "DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm", "2.0",
-       "50.8"},
-      {kDate,
-       "DataFormat=DATETIME|InputDateTimeFormat=ISO8601|CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|"
+  const std::string rows[][3] = {
+      {"DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE", "smb://h:1/\u00E9 x", "SMB://H:1/%C3%89%20X"},
+      {"DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short", "a", "a short text"},
+      {"DataFormat=NUMBER|Decimals=2|ThousandsSeparator='", "1234567.891", "1'234'567.89"},
+      {"DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm", "2.0", "50.8"},
+      {"DataFormat=DATETIME|InputDateTimeFormat=ISO8601|CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|"
        "TimeZone=Europe/Paris",
        "2021-07-05T10:00Z", "lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe centrale"},
-      {kDate, "DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX",
-       "3 f\u00E9vr. 70", "2851200000"},
+      {"DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX", "3 f\u00E9vr. 70",
+       "2851200000"},
   };
-  std::string script = "text a = v_b; time t", text = "<a elem=\"_,1\"/><t format=\"%%\"/>", expected = "b%";
-  std::vector<NQ_TDict> options;
-  for (const auto& row : rows) {
-    const std::string name = "n" + std::to_string(options.size());
-    script += "; text " + name + " = " + row.value;
-    text += "<" + name + "/>";
-    expected += row.formatted;
-    options.push_back(formatting_test::Options(row.options));
-  }
+  std::string text = "<A elem=\"_,1\"/><T format=\"%%\"/>", expected = "b%";
+  for (const auto& [options, value, formatted] : rows) text += "<" + value + "/>", expected += formatted;
   const auto define = [&](TName& names) {
-    Do(names, script);
-    for (std::size_t i = 0; i < options.size(); ++i) names.SetFormattingOptions(S("n" + std::to_string(i)), options[i]);
+    Do(names, "text A = v_b; time T");
+    for (const auto& row : rows) {
+      names.Define(S(row[1]), TName::TName_TypeString, TName::TName_LookupValue);
+      names.SetValue(S(row[1]), S(row[1]));
+      names.SetFormattingOptions(S(row[1]), formatting_test::Options(row[0]));
+    }
   };
   TName shared;
   define(shared);
   Watch watch;
-  OnThreads([&](int thread) {
+  OnThreads([&](int) {
     TName own;
     define(own);
     for (int i = 0; i < Scaled(2000); ++i) {
-      const std::size_t number = std::size_t(thread + i) % std::size(rows);
-      NQ_TString value = S(rows[number].value);
-      watch.Expect(rows[number].format(options[number], value) && Text(value) == rows[number].formatted, Text(value));
-      const std::string pattern = "<a regex=\"(v|[0-9]+x" + std::to_string(i % 40) + ")\"/>";
-      const std::string got = Resolved(i % 2 == 0 ? shared : own, text + pattern);
+      const std::string pattern = "<A regex=\"(v|[0-9]+x" + std::to_string(i % 40) + ")\"/>";
+      const std::string got = Resolved(i % 4 == 0 ? shared : own, text + pattern);
       watch.Expect(got == expected + "v", got);
     }
   });
