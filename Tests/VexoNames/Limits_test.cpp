@@ -45,13 +45,5 @@ TEST(Limits, HarmfulExpressionsEnd) {
   }
 }
 
-TEST(Limits, LongValuesTakeLinearTime) {
-  const int length = Scaled(10'000'000);
-  Names names("number N = 7; text A = " + Repeated("a", length));
-  const std::string token = "<A elem=\"" + Repeated("a", 3000);
-  EXPECT_EQ(Resolved(names, "<A elem=\"aa,2147483647\"/><N/>" + token + "b,1\"/>"), "7");
-  EXPECT_EQ(Resolved(names, token + "," + std::to_string(length - 2999) + "\"/><N/>"), Repeated("a", 2999) + "7");
-}
-
 }  // namespace
 }  // namespace names_test

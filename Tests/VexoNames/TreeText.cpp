@@ -25,68 +25,53 @@ NQ_TAny Scalar(std::string_view text) {
   return NQ_TString(text);
 }
 
-class TReader {
- public:
-  explicit TReader(std::string_view text) : text_(text) {}
+/// Takes the beginning, and spaces before it, if the text begins so.
+bool Take(std::string_view& text, std::string_view begin) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (!text.starts_with(begin)) return false;
+  text.remove_prefix(begin.size());
+  return true;
+}
 
-  NQ_TAny Read() {
-    if (Take("dict {")) return Members(NQ_TDict());
-    if (Take("{")) return Members(NQ_TTree());
-    if (Take("[")) return Elements();
-    if (!Take("\"")) return Scalar(Until(",}]"));
-    NQ_TString text(Until("\""));
-    Take("\"");
-    return text;
+std::string_view TakeUntil(std::string_view& text, std::string_view ends) {
+  const std::string_view part = text.substr(0, text.find_first_of(ends));
+  text.remove_prefix(part.size());
+  return part;
+}
+
+NQ_TAny Read(std::string_view& text);
+
+template <class Container>
+NQ_TAny ReadMembers(std::string_view& text) {
+  Container container;
+  for (; !text.empty() && !Take(text, "}"); Take(text, ",")) {
+    const std::string_view key = TakeUntil(text, "=");
+    Take(text, "=");
+    container.Add(NQ_TString(key.substr(0, key.find_last_not_of(' ') + 1)), Read(text));
   }
+  return container;
+}
 
-  bool AtEnd() const { return text_.empty(); }
-
- private:
-  void SkipSpaces() { text_.remove_prefix(std::min(text_.find_first_not_of(' '), text_.size())); }
-
-  bool Take(std::string_view begin) {
-    SkipSpaces();
-    if (!text_.starts_with(begin)) return false;
-    text_.remove_prefix(begin.size());
-    return true;
-  }
-
-  std::string_view Until(std::string_view ends) {
-    const std::string_view part = text_.substr(0, text_.find_first_of(ends));
-    text_.remove_prefix(part.size());
-    return part;
-  }
-
-  template <class Container>
-  NQ_TAny Members(Container container) {
-    while (!text_.empty() && !Take("}")) {
-      SkipSpaces();
-      const std::string_view key = Until("=");
-      Take("=");
-      container.Add(NQ_TString(key.substr(0, key.find_last_not_of(' ') + 1)), Read());
-      Take(",");
-    }
-    return container;
-  }
-
-  NQ_TAny Elements() {
+NQ_TAny Read(std::string_view& text) {
+  if (Take(text, "dict {")) return ReadMembers<NQ_TDict>(text);
+  if (Take(text, "{")) return ReadMembers<NQ_TTree>(text);
+  if (Take(text, "[")) {
     NQ_TArray array;
-    while (!text_.empty() && !Take("]")) {
-      array.Add(Read());
-      Take(",");
-    }
+    for (; !text.empty() && !Take(text, "]"); Take(text, ",")) array.Add(Read(text));
     return array;
   }
-
-  std::string_view text_;
-};
+  if (!Take(text, "\"")) return Scalar(TakeUntil(text, ",}]"));
+  NQ_TString quoted(TakeUntil(text, "\""));
+  Take(text, "\"");
+  return quoted;
+}
 
 }  // namespace
 
 NQ_TAny Value(std::string_view text) {
-  TReader reader(text);
-  NQ_TAny value = reader.Read();
-  EXPECT_TRUE(reader.AtEnd()) << "more than a value: " << text;
+  std::string_view rest = text;
+  NQ_TAny value = Read(rest);
+  EXPECT_EQ(rest, "") << "more than a value: " << text;
   return value;
 }
 

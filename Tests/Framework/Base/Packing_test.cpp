@@ -98,26 +98,5 @@ TEST(Packing, MalformedBytesAreRefused) {
   EXPECT_EQ(Thrown([] { Packed(NQ_TPointer()); }), "NQ_EException: A pointer cannot be packed");
 }
 
-// Whatever happens to the bytes: an exception, or a value that travels.
-TEST(Packing, DamagedBytesDoNoHarm) {
-  TRandom random(4);
-  for (const NQ_TAny& value : Values()) {
-    const std::string whole = Packed(value);
-    for (int round = 0; round < 400; ++round) {
-      const std::size_t at = random.Below(static_cast<unsigned>(whole.size()));
-      ASSERT_EQ(Thrown([&] { Unpacked(whole.substr(0, at)); }),
-                "NQ_EException: Malformed packed data: it ends too early");
-      std::string damaged = whole;
-      damaged[at] ^= static_cast<char>(1U << random.Below(8));
-      const std::string thrown = Thrown([&] {
-        NQ_TUnpacker unpacker(damaged);
-        const std::string again = Packed(unpacker.UnpackAny());
-        ASSERT_EQ(Packed(Unpacked(again)), again);
-      });
-      ASSERT_TRUE(thrown.empty() || thrown.starts_with("NQ_EException: Malformed packed data: ")) << thrown;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace base_test

@@ -47,15 +47,6 @@ TEST(NQ_TTime, FormatsLocalTime) {
   tzset();
 }
 
-TEST(NQ_TTime, ReadsTheClockThatIsSet) {
-  const double before = NQ_TTime().Milliseconds();
-  const auto earlier = NQ_TTime::SetClock([] { return 5.0; });
-  EXPECT_EQ(NQ_TTime().Milliseconds(), 5);
-  EXPECT_EQ(NQ_TTime::SetClock(nullptr)(), 5.0);
-  EXPECT_GE(NQ_TTime().Milliseconds(), before);
-  NQ_TTime::SetClock(earlier);
-}
-
 TEST(NQ_TURL, PartsAndText) {
   const std::pair<const char*, const char*> cases[] = {
       // scheme|host|path file location folder local name
