@@ -77,6 +77,23 @@ TEST(Formatting, LaterOptionsReplaceEarlierOnes) {
   EXPECT_EQ(Resolved(names, "<A/>"), "a&b");
 }
 
+// A server's threads may still format while what is static has been destroyed. Alone in a process: it counts what is
+// made first.
+TEST(Formatting, WhileTheProgramEnds) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  static Names* names = nullptr;
+  static const auto fails = [] { return Resolved(*names, "<A/>") != Repeated("0123456789&amp;", 20); };
+  const auto end = [] {
+    names = new Names("text A = " + Repeated("0123456789&", 20));
+    names->SetFormattingOptions("A", Options("DataFormat=TEXT|Encoding=XML"));
+    std::atexit([] {
+      if (fails()) std::_Exit(1);
+    });
+    std::exit(fails() ? 2 : 0);
+  };
+  EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+}
+
 // A value much longer than what is kept for the next one.
 TEST(Formatting, LongValues) {
   Names names("text A = " + Repeated("&", 10'000) + "; text C = &");

@@ -77,8 +77,8 @@ std::size_t KeptOfUrl(std::u16string_view url) {
 }  // namespace
 
 bool EncodeUrl(NQ_TString& value) {
-  static const TUrlCharacters characters;
-  return characters.substitutions.Apply(value, KeptOfUrl(value.StringView()), AddBytes);
+  static const auto* const characters = new TUrlCharacters;  // never destroyed, as EncodeXml's
+  return characters->substitutions.Apply(value, KeptOfUrl(value.StringView()), AddBytes);
 }
 
 }  // namespace templatenames

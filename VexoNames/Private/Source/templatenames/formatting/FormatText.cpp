@@ -47,16 +47,17 @@ bool EncodeCustom(const TTextPlaces& options, NQ_TString& value) {
 }
 
 bool EncodeXml(const TTextPlaces&, NQ_TString& value) {
-  static const TSubstitutions entities = [] {
-    TSubstitutions made(u"&\"<>'");
-    made.Add(u"&", u"&amp;");
-    made.Add(u"\"", u"&quot;");
-    made.Add(u"<", u"&lt;");
-    made.Add(u">", u"&gt;");
-    made.Add(u"'", u"&apos;");
+  // Never destroyed: other threads may still format while the program ends.
+  static const auto* const entities = [] {
+    auto* const made = new TSubstitutions(u"&\"<>'");
+    made->Add(u"&", u"&amp;");
+    made->Add(u"\"", u"&quot;");
+    made->Add(u"<", u"&lt;");
+    made->Add(u">", u"&gt;");
+    made->Add(u"'", u"&apos;");
     return made;
   }();
-  return entities.Apply(value);
+  return entities->Apply(value);
 }
 
 struct TEncoding {

@@ -11,7 +11,7 @@
 //   options["Encoding"] = NQ_TString("URL");
 //   FormatText(options, value);   // smb://server:445/a b: smb://server:445/a%20b
 //
-// Other words select nothing. Letters are those of ASCII, whatever the locale. Each step takes time linear in what it
+// Other words select nothing. Cases are those of Unicode, whatever the locale. Each step takes time linear in what it
 // reads and writes. Any thread may call, also with the same options, as long as nobody changes them.
 #pragma once
 
