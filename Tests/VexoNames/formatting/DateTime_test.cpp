@@ -116,13 +116,13 @@ TEST(DateTime, LogOfFailure) {
               ElementsAre("Parsing date 'yesterday' into UTC time failed.  Caused by:",
                           MatchesRegex("NQ_EException: Unparseable date: error at index 0 \\[yesterday\\]" + where),
                           "{InputDateTimeFormat = ISO8601}"));
-  const string yyy(300, 'y');
+  const string yyy(4097, 'y');
   const TFormatted tooLong = Format(0, Options("InputDateTimeFormat=UNIX|CustomDateTimeFormat=" + yyy), "1e3");
   EXPECT_FALSE(tooLong.succeeded);
   EXPECT_EQ(tooLong.value, "1e3");
   EXPECT_THAT(tooLong.log,
               ElementsAre("Formatting wall time '1000' failed.  Caused by:",
-                          MatchesRegex("NQ_EException: Date pattern is longer than 256 characters \\[y+\\]" + where),
+                          MatchesRegex("NQ_EException: Date pattern is longer than 4096 characters \\[y+\\]" + where),
                           "{InputDateTimeFormat = UNIX, CustomDateTimeFormat = " + yyy + "}"));
 }
 

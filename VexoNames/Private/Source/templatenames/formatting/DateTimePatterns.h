@@ -13,8 +13,9 @@
 // Failures are NQ_EException, and leave the result unchanged:
 //   - what ICU refuses: its error name, with the pattern, the zone, the text or the time;
 //   - a text of which nothing could be read: "Unparseable date: error at index ...", with the text;
-//   - a pattern of more than 256 characters: a reason, with the pattern. ICU may take a time to read a text that grows
-//     with the square of its pattern; for the same reason it sees the first 1,024 characters of a text only.
+//   - a pattern to read with of more than 256 characters, or one to write with of more than 4,096: a reason, with the
+//     pattern. ICU may take a time to read a text that grows with the square of its pattern; for the same reason it
+//     sees the first 1,024 characters of a text only.
 //
 // Any thread; each keeps what ICU needs for the patterns, zones and languages it used last.
 #pragma once

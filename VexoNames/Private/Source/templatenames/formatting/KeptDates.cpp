@@ -4,20 +4,17 @@
 
 #include "NQ_EException.h"
 #include "formatting/IcuText.h"
+#include "text/ThreadKept.h"
 
 namespace templatenames {
 namespace {
 
-// A plain pointer in front: looking at an object that is constructed at first use costs a check of its own.
-constinit thread_local TKeptDates* tDates = nullptr;
-
-TKeptDates& NewThreadDates() {
-  thread_local TKeptDates dates;
-  tDates = &dates;
-  return dates;
+// What is no identifier, such as a word of nine letters, ICU makes a locale without a name of. Some pattern letters
+// crash with it; others put the names of the process's language in the place where ICU keeps those of the root locale.
+icu::Locale LocaleOf(const NQ_TString& language) {
+  const icu::Locale locale(language.c_str());
+  return locale.isBogus() != 0 ? icu::Locale::getDefault() : locale;
 }
-
-icu::Locale LocaleOf(const NQ_TString& language) { return icu::Locale(language.c_str()); }
 
 // The locale that stands in for unknown ones; ICU has one object for each and never drops it. The root locale needs
 // none.
@@ -42,7 +39,7 @@ std::unique_ptr<icu::Calendar> MakeCalendar(const NQ_TString& zone, const NQ_TSt
 
 }  // namespace
 
-TKeptDates& TKeptDates::OfThread() { return tDates != nullptr ? *tDates : NewThreadDates(); }
+TKeptDates& TKeptDates::OfThread() { return TThreadKept<TKeptDates>::Mine(); }
 
 TDateFormat& TKeptDates::Format(const NQ_TString& pattern, const NQ_TString& language) {
   return formats_.Find(pattern, language, StandIn(language), [&] { return MakeFormat(pattern, language); });

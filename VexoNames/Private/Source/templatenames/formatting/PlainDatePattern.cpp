@@ -13,8 +13,8 @@
 namespace templatenames {
 namespace {
 
-// Its parts are counted in 16 bits.
-constexpr std::size_t kMaxPlain = 1024;
+// What is kept of a pattern takes more memory than its text; its parts are counted in 16 bits.
+constexpr std::size_t kMaxPlain = 256;
 
 // Literal text that no number takes for a part of its own, and that is matched character by character.
 constexpr std::u16string_view kReadableLiterals = u" -/.,:_T";
