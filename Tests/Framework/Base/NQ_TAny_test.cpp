@@ -20,30 +20,27 @@ TEST(NQ_TAny, HoldsOneObjectOfAnyClass) {
   NQ_TAny boolean(1), pointer;
   boolean = true;
   pointer = static_cast<void*>(&dict);
-  const struct {
-    NQ_TAny value;
-    std::string className, printed;
-  } cases[] = {
-      {NQ_TAny(), "NQ_TAny", "(null)"},
-      {NQ_TAny::Illegal(), "NQ_TAny", "(illegal)"},
-      {-5, "NQ_TInt32", "-5"},
-      {1, "NQ_TInt32", "1"},
-      {boolean, "NQ_TBool", "1"},
-      {0.1, "NQ_TDouble", "0.1"},
-      {L"\u00E9", "NQ_TString", "\xC3\xA9"},
-      {NQ_TURL(S("file://h/p")), "NQ_TURL", "file://h/p"},
-      {NQ_TInterval(1'234'500), "NQ_TInterval", "1234.5 s"},
-      {dict, "NQ_TDict", "{k = 1}"},
-      {NQ_TTree(NQ_TTree(), 1), "NQ_TTree", "{}"},
-      {pointer, "NQ_TPointer", Printed(pointer)},
-      {NQ_EException(S("m"), NQ_TAny(1)), "NQ_EException", "NQ_EException: m [1]"},
+  const std::pair<NQ_TAny, std::string> cases[] = {
+      {NQ_TAny(), "NQ_TAny (null)"},
+      {NQ_TAny::Illegal(), "NQ_TAny (illegal)"},
+      {1, "NQ_TInt32 1"},
+      {boolean, "NQ_TBool 1"},
+      {0.1, "NQ_TDouble 0.1"},
+      {L"\u00E9", "NQ_TString \xC3\xA9"},
+      {NQ_TURL(S("file://h/p")), "NQ_TURL file://h/p"},
+      {NQ_TInterval(1'234'500), "NQ_TInterval 1234.5 s"},
+      {dict, "NQ_TDict {k = 1}"},
+      {NQ_TTree(NQ_TTree(), 1), "NQ_TTree {}"},
+      {pointer, "NQ_TPointer " + Printed(pointer)},
+      {NQ_EException(S("m"), NQ_TAny(1)), "NQ_EException NQ_EException: m [1]"},
   };
   for (const auto& row : cases) {
-    EXPECT_EQ(row.value.ClassName() + Printed(row.value), row.className + row.printed);
-    for (const auto& other : cases) EXPECT_EQ(row.value == other.value, &row == &other) << other.value;
-    EXPECT_EQ(row.value.DynamicCast(row.className.c_str()) != nullptr, row.className != "NQ_TAny") << row.className;
-    const std::string thrown = Thrown([&] { row.value.AsInt32(); });
-    EXPECT_EQ(thrown.substr(0, thrown.find(':')), row.className == "NQ_TInt32" ? "" : "NQ_EIllegalCastFromAny");
+    const NQ_TAny& value = row.first;
+    const std::string name = value.ClassName(), thrown = Thrown([&] { value.AsInt32(); });
+    EXPECT_EQ(name + " " + Printed(value), row.second);
+    for (const auto& other : cases) EXPECT_EQ(value == other.first, &row == &other) << other.second;
+    EXPECT_EQ(value.DynamicCast(name.c_str()) != nullptr, name != "NQ_TAny") << name;
+    EXPECT_EQ(thrown.substr(0, thrown.find(':')), name == "NQ_TInt32" ? "" : "NQ_EIllegalCastFromAny");
   }
   EXPECT_EQ(NQ_TAny(dict), NQ_TAny(NQ_TDict().Add("k", 1)));
   EXPECT_EQ(NQ_TAny(NQ_TTree()).As<NQ_TDict>()->Size(), 0U);  // a tree is a dictionary too

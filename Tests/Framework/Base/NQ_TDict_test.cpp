@@ -18,8 +18,8 @@ using TPlain = std::vector<std::pair<std::string, int>>;  // the dictionary done
 
 std::string TextOf(const TPlain& pairs) {
   std::string text;
-  for (const auto& [key, value] : pairs) text += (text.empty() ? "{" : ", ") + key + " = " + std::to_string(value);
-  return text.empty() ? "{}" : text + "}";
+  for (const auto& [key, value] : pairs) text += (text.empty() ? "" : ", ") + key + " = " + std::to_string(value);
+  return "{" + text + "}";
 }
 
 TEST(NQ_TDict, AllKindsOfKeysAreTheSameKeys) {
