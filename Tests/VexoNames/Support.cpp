@@ -171,6 +171,7 @@ constexpr struct {
     {"get visibility", Get<&TName::GetVisibility>},
     {"get localization", Get<&TName::GetLocalization>},
     {"get localization file", Get<&TName::GetLocalizationFile>},
+    {"get default localization file", [](TName& n, Line& l) { l.given = Text(n.GetDefaultLocalizationFile()); }},
     {"entry", [](TName& n, Line& l) { l.given = n.IsDefined(l.key) ? EntryText(n, Text(l.key)) : "none"; }},
     {"resolve", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key)); }},
     {"seen",
