@@ -156,6 +156,12 @@ TEST(Handlers, AreCalledInOrderAndChangesTakeEffectFromTheNextStepOn) {
   }
 }
 
+TEST(Handlers, AnEntryHasOneKindOfLookupAtATime) {
+  Names names("text A = x");
+  names.SetLookupHandler("A", &ownObject, false);
+  EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler2 Type=0 TypeHandler Value=x");
+}
+
 TEST(Handlers, MayDoAnythingToTheNames) {
   for (const std::string& script :
        Split("undefine A|undefine B|undefine|fill|text A = w; text N = x; text B = <A/>; undefine A; number A = 3|"

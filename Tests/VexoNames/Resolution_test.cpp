@@ -30,16 +30,17 @@ TEST(Resolution, ResultsMayBeAnyOfTheArguments) {
 
 // A lookup can keep a pointer to the value of its entry.
 TEST(Resolution, ResultsMayBeStoredValues) {
-  Names names("text A = xyz");
+  Names names("text A = x");
   NQ_TString& stored = *EntryOf(names, "A")->ValueOfKey("Value")->As<NQ_TString>();
-  for (const auto& [token, expected] : {std::pair("<A/>", "xyzxyz"),
-                                        {"<A elem=\",,0\"/>", "xyzxyz"},
-                                        {"<A format=\"%-9s\"/>", "xyzxyz      "},
-                                        {"<A regex=\"(.)$\"/>", "xyzz"},
-                                        {"<A/><A/>", "xyzxyzxyzxyz"}}) {
-    stored = S("xyz");
+  const std::string value = Repeated("xyz", 400);  // there is no room for another one
+  for (const auto& [token, added] : {std::pair("<A/>", value),
+                                     {"<A elem=\",,0\"/>", value},
+                                     {"<A format=\"%-1203s\"/>", value + "   "},
+                                     {"<A regex=\"(.)$\"/>", "z"},
+                                     {"<A/><A/>", value + value + value}}) {
+    stored = S(value);
     EXPECT_TRUE(names.Resolve(S(token), S("<"), S("/>"), stored));
-    EXPECT_EQ(stored, S(expected)) << token;
+    EXPECT_EQ(stored, S(value + added)) << token;
   }
 }
 

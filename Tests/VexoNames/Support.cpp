@@ -57,13 +57,16 @@ void Cut(TName& names, Line& line) {
 }
 constexpr char kElem[] = "elem", kExtract[] = "extract", kRegex[] = "regex";
 
-/// What a value resolves to; the result may be the value.
+/// What a value resolves to; the result may be the value, and what is only referred to is not written to.
 void ResolveInValue(TName& names, Line& line) {
   const NQ_TAny value = Value(Text(line.key));
-  NQ_TAny same = value, out("left over");
+  NQ_TAny same, out("left over");
   const bool ok = templatenames::ResolveValue(value, &names, out);
   line.given = Marked(ok, Text(out));
+  if (const auto* object = value.As<NQ_IPackable>(); object != nullptr)
+    templatenames::ResolveValue(NQ_TAny(static_cast<const NQ_IInterface*>(object)), &names, same);
   EXPECT_EQ(value, Value(Text(line.key)));
+  same = value;
   EXPECT_TRUE(templatenames::ResolveValue(same, &names, same) == ok && same == out);
 }
 
