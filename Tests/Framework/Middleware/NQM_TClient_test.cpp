@@ -9,7 +9,6 @@
 #include "Middleware/Support.h"
 #include "NQM_ECallFailed.h"
 #include "NQ_TBoxed.h"
-#include "NQ_TPacker.h"
 #include "NQ_TSocket.h"
 
 namespace middleware_test {
@@ -26,98 +25,60 @@ class TRecorder final : public NQM_ITransport {
   }
 };
 
-/// Puts a transport in place for as long as it lives.
-class TChosenTransport {
- public:
-  explicit TChosenTransport(std::shared_ptr<NQM_ITransport> transport)
-      : before_(NQM_TClient::SetTransport(std::move(transport))) {}
-  ~TChosenTransport() { NQM_TClient::SetTransport(before_); }
-  TChosenTransport(const TChosenTransport&) = delete;
-  TChosenTransport& operator=(const TChosenTransport&) = delete;
-
- private:
-  std::shared_ptr<NQM_ITransport> before_;
-};
-
 TEST(NQM_TClient, SendsWhatItIsGivenWhereItIsTold) {
-  const TChosenTransport chosen(std::make_shared<TRecorder>());
+  const auto before = NQM_TClient::SetTransport(std::make_shared<TRecorder>());
   NQM_TClient client;
   client.SetConnectionAddress("srv1", 8088);
-  NQ_TDict request;
-  request.Add("M", "Go").Add("Named", 5);
-  NQ_TAny reply;
-  client.Call(request, reply);
-  EXPECT_EQ(Printed(reply), "srv1:8088 mode 0 {M = Go, Named = 5} 30000 ms");
+  EXPECT_EQ(Printed(client.Call(NQ_TDict().Add("M", "Go").Add("Named", 5))),
+            "srv1:8088 mode 0 {M = Go, Named = 5} 30000 ms");
   client.SetTimeout(250ms);
-  EXPECT_EQ(Printed(client.Call(request)), "srv1:8088 mode 0 {M = Go, Named = 5} 250 ms");
+  for (const auto timeout : {0ms, -1ms}) EXPECT_NE(Thrown([&] { client.SetTimeout(timeout); }), "");
   client.SetConnectionAddress("srv2", "CFS", 0, TLocationMode_Default);
   EXPECT_EQ(Printed(client.Call("[]", "a/b", false)), "CFS@srv2 mode 0 {M = [], P1 = a/b, P2 = 0} 250 ms");
   client.SetConnectionAddress("", "FS", 99, static_cast<TLocationMode>(2));
   EXPECT_EQ(Printed(client.Call("Query", 1, 2.5, NQ_TAny::Illegal())),
             "FS@localhost:99 mode 2 {M = Query, P1 = 1, P2 = 2.5, P3 = (illegal)} 250 ms");
-}
-
-TEST(NQM_TClient, RefusesTimeoutsThatEndBeforeTheyBegin) {
-  NQM_TClient client;
-  for (const auto timeout : {0ms, -1ms}) EXPECT_NE(Thrown([&] { client.SetTimeout(timeout); }), "");
-  EXPECT_EQ(client.Timeout(), NQM_TClient::kDefaultTimeout);
+  NQM_TClient::SetTransport(before);
 }
 
 // The reply stays what it was, whatever the service throws.
 TEST(NQM_TClient, FailuresSayWhatWasCalledAndWhere) {
+  const std::string failed = "NQM_ECallFailed: Calling \"Go\" at Failing@localhost: ";
+  const std::string data = " [{Method = Go, Address = Failing@localhost, Cause = ";
   const struct {
-    const char* name;
+    std::string thrown;
     NQM_TService service;
-    const char* thrown;
-    const char* cause;  // null: the service's own exception
   } rows[] = {
-      {"none offered", nullptr,
-       "NQM_ECallFailed: Calling \"Go\" at Failing@localhost: this process offers no such service", "no service"},
-      {"own exception", [](auto&) -> NQ_TAny { nq::Throw(NQ_ENoMatchingTreeKey("where is it")); },
-       "NQ_ENoMatchingTreeKey: where is it", nullptr},
-      {"standard exception", [](auto&) -> NQ_TAny { throw std::runtime_error("disk full"); },
-       "NQM_ECallFailed: Calling \"Go\" at Failing@localhost: disk full", "service failed"},
-      {"something else", [](auto&) -> NQ_TAny { throw 5; },
-       "NQM_ECallFailed: Calling \"Go\" at Failing@localhost: an unknown exception", "service failed"},
+      {failed + "this process offers no such service" + data + "no service}]", nullptr},
+      {failed + "disk full" + data + "service failed}]",
+       [](auto&) -> NQ_TAny { throw std::runtime_error("disk full"); }},
+      {failed + "an unknown exception" + data + "service failed}]", [](auto&) -> NQ_TAny { throw 5; }},
+      {"NQ_ENoMatchingTreeKey: where is it (",
+       [](auto&) -> NQ_TAny { nq::Throw(NQ_ENoMatchingTreeKey("where is it")); }},
   };
   NQM_TClient client;
   client.SetConnectionAddress("", "Failing", 0, TLocationMode_Default);
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
     NQM_TServices::OfProcess()->Add("", "Failing", row.service);
-    NQ_TDict request;
-    request.Add("M", "Go");
     NQ_TAny reply("before");
-    EXPECT_EQ(Thrown([&] { client.Call(request, reply); }), row.thrown);
-    EXPECT_EQ(Printed(reply), "before");
     try {
-      client.Call(request);
-    } catch (const NQM_ECallFailed& error) {
-      EXPECT_EQ(Printed(error.NQ_Data()),
-                std::string("{Method = Go, Address = Failing@localhost, Cause = ") + row.cause + "}");
-    } catch (const NQ_EException&) {
-      EXPECT_EQ(row.cause, nullptr);
+      client.Call(NQ_TDict().Add("M", "Go"), reply);
+      ADD_FAILURE() << row.thrown;
+    } catch (const NQ_EException& error) {
+      EXPECT_EQ(Printed(error).substr(0, row.thrown.size()), row.thrown);
     }
+    EXPECT_EQ(Printed(reply), "before");
   }
   NQM_TServices::OfProcess()->Remove("", "Failing");
-  NQM_TClient nowhere;
-  EXPECT_EQ(Thrown([&] { nowhere.Call(NQ_TDict()); }),
+  EXPECT_EQ(Thrown([] { NQM_TClient().Call(NQ_TDict()); }),
             "NQM_ECallFailed: Calling \"\" at localhost: the client has neither a port nor a service name");
 }
 
-TEST(NQM_TClient, AFailureTravelsPacked) {
-  NQ_TDict request;
-  request.Add("M", NQ_TString(std::string(1000, 'x')));
-  const NQM_ECallFailed failure({"h", "S"}, request, NQM_ECallFailed::kDeadline, "late");
+TEST(NQM_ECallFailed, ShowsTheBeginningOfAMethod) {
+  const NQ_TString method(std::string(1000, 'x'));
+  const NQM_ECallFailed failure({"h", "S"}, NQ_TDict().Add("M", method), NQM_ECallFailed::kDeadline, "late");
   EXPECT_EQ(failure.NQ_Message().Length(), 200 + NQ_TString("Calling \"\" at S@h: late").Length());
-  NQ_TPacker packer;
-  failure.NQ_Pack(packer);
-  NQM_ECallFailed again;
-  EXPECT_EQ(again.Cause(), "");
-  NQ_TUnpacker unpacker(packer.Bytes());
-  again.NQ_Unpack(unpacker);
-  EXPECT_EQ(again, failure);
-  EXPECT_EQ(again.Cause(), NQM_ECallFailed::kDeadline);
+  EXPECT_EQ(NQM_ECallFailed().Cause(), "");
 }
 
 TEST(NQM_TServices, AreFoundByNameOrPort) {
@@ -132,26 +93,22 @@ TEST(NQM_TServices, AreFoundByNameOrPort) {
   services.Remove(NQ_TSocket::HostName(false), "gone");
   services.Add("", 1, saying("gone"));
   services.Remove("localhost", 1);
-  const struct {
-    NQM_TAddress address;
-    const char* answer;  // null: not found
-  } rows[] = {
+  const std::pair<NQM_TAddress, const char*> rows[] = {
       {{"", "CFS"}, "local CFS"},
       {{"LocalHost", "CFS"}, "local CFS"},
       {{NQ_TSocket::HostName(false), "CFS", 8088}, "local CFS"},
       {{"", "", 8088}, "local 8088"},
       {{"other", "CFS"}, "other CFS"},
       {{"other", "FS", 9}, "other FS"},
-      {{"other", "", 8088}, nullptr},
-      {{"", "cfs"}, nullptr},
-      {{"", "FS"}, nullptr},
-      {{"", "gone"}, nullptr},
-      {{"", "", 1}, nullptr},
+      {{"other", "", 8088}, "nothing"},
+      {{"", "cfs"}, "nothing"},
+      {{"", "FS"}, "nothing"},
+      {{"", "gone"}, "nothing"},
+      {{"", "", 1}, "nothing"},
   };
-  for (const auto& row : rows) {
-    const auto service = services.Find(row.address);
-    EXPECT_EQ(service == nullptr ? "nothing" : Printed((*service)({})), row.answer == nullptr ? "nothing" : row.answer)
-        << row.address.Text();
+  for (const auto& [address, answer] : rows) {
+    const auto service = services.Find(address);
+    EXPECT_EQ(service == nullptr ? "nothing" : Printed((*service)({})), answer) << address.Text();
   }
 }
 
@@ -161,8 +118,7 @@ TEST(NQM_TServices, MayChangeDuringCalls) {
   std::atomic<int> answered{0};
   services.Add("", "once", [&](const NQ_TDict&) {
     services.Remove("", "once");
-    ++answered;
-    return NQ_TAny();
+    return NQ_TAny(++answered);
   });
   services.Call({"", "once"}, {}, 1s);
   EXPECT_EQ(services.Find({"", "once"}), nullptr);

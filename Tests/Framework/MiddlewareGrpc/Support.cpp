@@ -30,42 +30,21 @@ std::vector<NQ_TAny> Values() {
     array.Add(value);
     list.Add(NQ_TAny(value));
   }
-  std::vector<NQ_TAny> values = {NQ_TAny(),
-                                 NQ_TAny::Illegal(),
-                                 true,
-                                 false,
-                                 0,
-                                 -1,
-                                 std::numeric_limits<int>::max(),
-                                 std::numeric_limits<int>::min(),
-                                 0.0,
-                                 -0.0,
-                                 1.0 / 3,
-                                 TLimits::quiet_NaN(),
-                                 -TLimits::quiet_NaN(),
-                                 TLimits::infinity(),
-                                 -TLimits::infinity(),
-                                 TLimits::denorm_min(),
-                                 NQ_TString(),
-                                 NQ_TString("Lefèvre 印刷 😀"),
-                                 NQ_TString(lone, 8),
-                                 NQ_TString(lone + 6, 2),
-                                 NQ_TString(std::string(100'000, 'x')),
-                                 NQ_TTime::FromMilliseconds(1.5e12),
-                                 NQ_TTime::FromMilliseconds(-TLimits::infinity()),
-                                 NQ_TInterval(-0.25),
-                                 NQ_TURL(),
-                                 NQ_TURL(S("file://srv/a%20b/ç.pdf")),
-                                 NQ_TURL(S("just/a/path")),
-                                 NQ_TDict(),
-                                 dict,
-                                 NQ_TTree(),
-                                 tree,
-                                 NQ_TArray(),
-                                 array,
-                                 NQ_TList(),
-                                 list,
-                                 NQ_ENoMatchingTreeKey("an exception", dict)};
+  constexpr int kLargest = std::numeric_limits<int>::max();
+  std::vector<NQ_TAny> values;
+  for (const NQ_TAny& value : {NQ_TAny(), NQ_TAny::Illegal(), NQ_TAny(true), NQ_TAny(false)}) values.push_back(value);
+  for (const int number : {0, -1, kLargest, -kLargest - 1}) values.emplace_back(number);
+  for (const double number : {0.0, 1.0 / 3, TLimits::quiet_NaN(), TLimits::infinity(), TLimits::denorm_min()})
+    for (const double either : {number, -number}) values.emplace_back(either);
+  const std::string large(100'000, 'x');
+  for (const NQ_TString& text : {S(""), S("Lefèvre 印刷 😀"), NQ_TString(lone, 8), NQ_TString(lone + 6, 2), S(large)})
+    values.emplace_back(text);
+  for (const double time : {1.5e12, -TLimits::infinity()}) values.emplace_back(NQ_TTime::FromMilliseconds(time));
+  for (const char* url : {"", "file://srv/a%20b/ç.pdf", "just/a/path"}) values.emplace_back(NQ_TURL(S(url)));
+  for (const NQ_TAny& value : {NQ_TAny(NQ_TDict()), NQ_TAny(dict), NQ_TAny(NQ_TTree()), NQ_TAny(tree), NQ_TAny(array),
+                               NQ_TAny(NQ_TList()), NQ_TAny(list), NQ_TAny(NQ_TInterval(-0.25))})
+    values.push_back(value);
+  values.emplace_back(NQ_ENoMatchingTreeKey("an exception", dict));
   for (const NQ_TAny& value : values) array.Add(value);
   values.emplace_back(array);
   return values;

@@ -33,28 +33,27 @@ std::string Packed(const NQ_TAny& value);
 NQM_TGrpcCredentials NewCertificate();
 
 /// {"M": method, "P1": first}
-inline NQ_TDict Request(const char* method, NQ_TAny first = {}) {
-  NQ_TDict request;
-  request.Add("M", method).Add("P1", std::move(first));
-  return request;
+inline NQ_TDict Request(const char* method = "Go", NQ_TAny first = {}) {
+  return NQ_TDict().Add("M", method).Add("P1", std::move(first));
 }
 
 inline NQ_TAny FirstOf(const NQ_TDict& request) { return request.At("P1"); }
 
-/// Services, a server that offers them on this computer, and a transport that reaches it.
+/// Services, a server that offers them on this computer, and a transport that reaches it. The service "it" replies 1.
 class TNetwork {
  public:
-  TNetwork() = default;
-  explicit TNetwork(const NQM_TGrpcServerOptions& options, NQM_TGrpcTransportOptions transportOptions = {})
+  explicit TNetwork(const NQM_TGrpcServerOptions& options = {}, NQM_TGrpcTransportOptions transportOptions = {})
       : server(std::make_unique<NQM_TGrpcServer>(services, options)),
-        transport(std::make_unique<NQM_TGrpcTransport>(std::move(transportOptions))) {}
+        transport(std::make_unique<NQM_TGrpcTransport>(std::move(transportOptions))) {
+    services->Add("", "it", [](auto&) { return NQ_TAny(1); });
+  }
 
   /// Calls the service of that name.
   NQ_TAny Call(const char* name, const NQ_TDict& request, std::chrono::milliseconds timeout = 30s) {
     return transport->Call({"", name, server->Port()}, request, timeout);
   }
   /// The cause of the failure of such a call; "" when it has a reply.
-  std::string CauseOf(const char* name, const NQ_TDict& request, std::chrono::milliseconds timeout = 30s) {
+  std::string CauseOf(const char* name, const NQ_TDict& request = Request(), std::chrono::milliseconds timeout = 30s) {
     return Cause([&] { Call(name, request, timeout); });
   }
   template <class Action>
@@ -68,8 +67,8 @@ class TNetwork {
   }
 
   std::shared_ptr<NQM_TServices> services = std::make_shared<NQM_TServices>();
-  std::unique_ptr<NQM_TGrpcServer> server = std::make_unique<NQM_TGrpcServer>(services);
-  std::unique_ptr<NQM_TGrpcTransport> transport = std::make_unique<NQM_TGrpcTransport>();
+  std::unique_ptr<NQM_TGrpcServer> server;
+  std::unique_ptr<NQM_TGrpcTransport> transport;
 };
 
 /// Something that happens once, and that others wait for.
