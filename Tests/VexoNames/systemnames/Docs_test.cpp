@@ -6,8 +6,6 @@
 #include "systemnames/NameTables.h"
 #include "systemnames/Office.h"
 
-using system_test::A;
-using system_test::D;
 using system_test::Names;
 using system_test::Office;
 using system_test::Resolved;
@@ -32,43 +30,52 @@ std::vector<Row> Group(const string& title) {
   return rows;
 }
 
-std::vector<string> Keys(const string& title) {
-  std::vector<string> all;
-  for (const Row& row : Group(title)) all.push_back(row.name + " " + row.key);
-  return all;
-}
-std::vector<string> NamesOf(const string& title) {
-  std::vector<string> all;
-  for (const Row& row : Group(title)) all.push_back(row.name);
-  return all;
-}
-
-// The rows of a table in the code, and those that it does not have because code of their own sets them.
+// The rows of a table in the code.
 template <class Table>
-std::vector<string> KeysOf(const Table& table, std::initializer_list<const char*> others) {
+std::vector<string> InCode(const Table& table) {
   std::vector<string> all;
-  for (const auto& row : table) all.push_back(string(row.name) + " " + row.key);
-  all.insert(all.end(), others.begin(), others.end());
+  for (const auto& row : table) {
+    if constexpr (requires { row.key; })
+      all.push_back(string(row.name) + " " + row.key);
+    else if constexpr (requires { row.name; })
+      all.emplace_back(row.name);
+    else
+      all.emplace_back(row);
+  }
   return all;
 }
 
+// The page goes on with what code of its own sets.
 TEST(SystemNamesPage, HasTheNamesAndKeysOfTheTables) {
-  EXPECT_EQ(Keys("Job"), KeysOf(systemnames::kJobNames, {"jobid JID"}));
-  EXPECT_EQ(Keys("Customer"), KeysOf(systemnames::kCustomerNames, {}));
-  EXPECT_EQ(Keys("Product"), KeysOf(systemnames::kProductNames,
-                                    {"vxtpr:productpartdatazone pp.folder", "vxtpr:productamount p.productusage"}));
-  std::vector<string> files;
-  for (const auto& row : systemnames::kFileNames) files.emplace_back(row.name);
-  files.emplace_back("inputnr");
-  EXPECT_EQ(NamesOf("File"), files);
-  EXPECT_EQ(NamesOf("Ticket"),
-            std::vector<string>(std::begin(systemnames::kTicketNames), std::end(systemnames::kTicketNames)));
-  const std::vector<string> others = NamesOf("Other");
-  EXPECT_EQ(std::vector<string>(others.begin(), others.begin() + std::ssize(systemnames::kContainerNames)),
-            std::vector<string>(std::begin(systemnames::kContainerNames), std::end(systemnames::kContainerNames)));
+  const struct {
+    const char* title;
+    bool keys;
+    std::vector<string> names;
+    std::vector<string> further;
+  } rows[] = {
+      {"Job", true, InCode(systemnames::kJobNames), {"jobid JID"}},
+      {"Customer", true, InCode(systemnames::kCustomerNames), {}},
+      {"Product",
+       true,
+       InCode(systemnames::kProductNames),
+       {"vxtpr:productpartdatazone pp.folder", "vxtpr:productamount p.productusage"}},
+      {"File", false, InCode(systemnames::kFileNames), {"inputnr"}},
+      {"Ticket", false, InCode(systemnames::kTicketNames), {}},
+      {"Other",
+       false,
+       InCode(systemnames::kContainerNames),
+       {"filetype", "vexoid", "taskowner", "jp.Paper", "pp.Binding", "ppp.Side", "wfp.Due%20date"}},
+  };
   std::set<string> once;
-  for (const char* const title : kGroups)
-    for (const Row& row : Group(title)) EXPECT_TRUE(once.insert(row.name).second) << row.name;
+  for (const auto& row : rows) {
+    std::vector<string> page, code = row.names;
+    code.insert(code.end(), row.further.begin(), row.further.end());
+    for (const Row& name : Group(row.title)) {
+      page.push_back(name.name + (row.keys ? " " + name.key : ""));
+      EXPECT_TRUE(once.insert(name.name).second) << name.name;
+    }
+    EXPECT_EQ(page, code);
+  }
 }
 
 // In the local zone, as times are written.
@@ -102,31 +109,24 @@ string Definitions() {
 }
 
 TEST(SystemNamesPage, ExamplesAreWhatTheNamesGive) {
-  Office office;
   NQ_TDict part = Reply("Product");
   part.Add("p.id", "P1").Add("pp.id", "PP1");
-  part.Add("p.productusage", A({D({{"jid", "J-2041"}, {"amount", 5000}})}));
-  office.replies = {
-      {"jobs jinfo_cpp", Reply("Job")},
-      {"jobs cinfo_cpp", Reply("Customer")},
-      {"jobs jpgetcpp", A({A({"Paper", "S", 0, "Munken Lynx"})})},
-      {"products GetProductPartFromURL", part},
-      {"products LoadProductParameters", D({{"Binding", "thread"}})},
-      {"products LoadPartParameters", D({{"Side", "outside"}})},
-      {"containers FindParentContainer",
-       D({{"Name", "Hotfolder 1"}, {"URL", U("file://ps-storage/hotfolders/press1")}})},
-      {"files Query", D({{"Type", "PDF"}, {"VexoIDStr", "0A1B2C"}})},
-      {"accounts GetUser", D({{"EMail", "ann@print.example"}})},
-  };
-  const AT_TDictTicket ticket(D({{"TicketID", "T-88213"},
-                                 {"ShortID", "213"},
-                                 {"WorkflowID", "WF-7"},
-                                 {"TaskName", "Impose"},
-                                 {"TicketPath", "/Workflows/Spring books*"},
-                                 {"Operator", D({{"UserName", "ann"}})},
-                                 {"JobID", "J-2041"},
-                                 {"WorkflowParameters", D({{"Due date", "Friday"}})},
-                                 {"InputURLs", A({U("file://ps-storage/hotfolders/press1/today/cover.pdf")})}}));
+  part.Add("p.productusage", system_test::J(R"([{"jid": "J-2041", "amount": 5000}])"));
+  Office office(R"({
+      "jobs jpgetcpp": [["Paper", "S", 0, "Munken Lynx"]],
+      "products LoadProductParameters": {"Binding": "thread"},
+      "products LoadPartParameters": {"Side": "outside"},
+      "containers FindParentContainer": {"Name": "Hotfolder 1", "URL": {"$url": "file://ps-storage/hotfolders/press1"}},
+      "files Query": {"Type": "PDF", "VexoIDStr": "0A1B2C"},
+      "accounts GetUser": {"EMail": "ann@print.example"}})");
+  office.Reply("jobs jinfo_cpp", Reply("Job"));
+  office.Reply("jobs cinfo_cpp", Reply("Customer"));
+  office.Reply("products GetProductPartFromURL", part);
+  const AT_TDictTicket ticket = system_test::Ticket(R"({
+      "TicketID": "T-88213", "ShortID": "213", "WorkflowID": "WF-7", "TaskName": "Impose", "JobID": "J-2041",
+      "TicketPath": "/Workflows/Spring books*", "Operator": {"UserName": "ann"},
+      "WorkflowParameters": {"Due date": "Friday"},
+      "InputURLs": [{"$url": "file://ps-storage/hotfolders/press1/today/cover.pdf"}]})");
   Names names(Definitions());
   office.system.ResetVexoNames(names, ticket, 1);
   for (const char* const title : kGroups)
