@@ -78,7 +78,7 @@ const auto kChanges = Split(
     "text B = <<CDATA/>><A/>|text B = x/><A/>|text B = <U/><K/><A/>|text A C = <B/><<B/>>|"
     "text CDATA = c; regex CDATA = (x)|number N = 407|number N = -7; format N = %05d|"
     "number N = 1234; extract N = 1,2|format N = %s|number  = 3|number = = 4|auto K = 5|auto K = 2147483645|"
-    "url L = file://host/a_b/c|url L = file://h/<A/>; format L = %d; elem L = /,3|undefine A|undefine B|undefine");
+    "url L = file://host/a_b/c|url L = file://h/<A/>|format L = %d|elem L = /,3|undefine A|undefine B|undefine");
 constexpr std::pair<std::string_view, std::string_view> kMarkers[] = {
     {"<", "/>"}, {"<<", "/>>"}, {"=", "="},  {"<<", "<"},  {"A", "AN"},    {"/", "/>"},
     {"", "/>"},  {"<A", "A/>"}, {"\"", " "}, {"<", "<<A"}, {"\u3C3C", ">"}};
