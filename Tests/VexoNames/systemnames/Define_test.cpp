@@ -81,6 +81,19 @@ TEST(SystemNameDefinitions, LogByLevel) {
   }
 }
 
+TEST(SystemNameRequests, KeptRepliesAreForgottenByAReset) {
+  Office office(R"({"jobs m": "v"})");
+  Names names("define q = 0 1");
+  names.SetServerQuery("q", "localhost", "jobs", "m", NQ_TDict());
+  for (int resets = 0; resets <= 2; ++resets) {
+    if (resets > 0) office.system.ResetVexoNames(names, system_test::U("file:///"), Dict("{}"), Dict("{}"));
+    for (const char* const asked : {"jobs m", ""}) {
+      EXPECT_EQ(system_test::Resolved(names, "<q/>"), "v");
+      EXPECT_EQ(office.Asked(), asked);
+    }
+  }
+}
+
 TEST(SystemNameRequests, AreRefusedWithALineThatNamesTheLimit) {
   const struct {
     int queries;
