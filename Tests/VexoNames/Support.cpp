@@ -11,6 +11,7 @@
 #include "NQ_TBoxed.h"
 #include "ResolveValue.h"
 #include "TreeText.h"
+#include "formatting/OptionsText.h"
 
 namespace names_test {
 namespace {
@@ -141,7 +142,6 @@ constexpr struct {
     {"decrement", Get<&TName::Decrement>},
     {"raw", [](TName& n, Line& l) { n.SetRawData(l.key, l.value); }},
     {"userdefined", [](TName& n, Line& l) { n.SetUserDefined(l.key, l.Number() != 0); }},
-    {"options", [](TName& n, Line& l) { n.SetFormattingOptions(l.key, NQ_TDict()); }},
     {"query", [](TName& n, Line& l) { n.SetServerQuery(l.key, "h", "s", "m", NQ_TDict()); }},
     {"lookup", [](TName& n, Line& l) { n.SetLookupHandler(l.key, TName::TName_Lookup(l.Number())); }},
     {"answer", [](TName& n, Line& l) { answer = Value(Text(l.value)), n.SetLookupHandler(l.key, Answer, false); }},
@@ -155,6 +155,7 @@ constexpr struct {
     {"no extract", [](TName& n, Line&) { n.SetExtractHandler(nullptr); }},
     {"no regex", [](TName& n, Line&) { n.SetRegExHandler(nullptr); }},
     {"limit", Limit},
+    {"options", [](TName& n, Line& l) { n.SetFormattingOptions(l.key, formatting_test::Options(Text(l.value))); }},
     {"put",
      [](TName& n, Line& l) {
        const auto [attribute, value] = l.Words("");

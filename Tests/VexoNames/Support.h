@@ -20,6 +20,7 @@ std::string Text(const NQ_TAny& value);
 ///   text A = x; number N = 7; auto K = 5; url L = file://h/p; time T; sql Q     defines, with a value
 ///   define B = 0 99             of a type and a lookup kind, by their numbers
 ///   format A = %s; elem A = _,1; category A = c                                 sets an attribute
+///   options A = DataFormat=NUMBER|Decimals=2                                     formatting/OptionsText.h
 ///   undefine A; undefine; remove A; increment N; lookup A = 3; no type A; no elem
 ///   put A = Value 5; answer A = 5; limit tokens = 3     an attribute, what a lookup gives, a limit
 ///   resolve <A/>; token A; markers {A}; to url //h/<A/>; from url ftp://h/<A/>; entry A; get value A

@@ -1,129 +1,77 @@
+// What dates log, refuse and are kept from; what becomes of values stands in Values.txt.
 #include "formatting/DateTime.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <unicode/locid.h>
 
 #include <limits>
 #include <locale>
 #include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
 
-#include "NQ_TArray.h"
-#include "NQ_TTime.h"
 #include "OptionsText.h"
+#include "Support.h"
+#include "formatting/DateTimePatterns.h"
 
 namespace templatenames {
 namespace {
 
 using formatting_test::Options;
-using formatting_test::S;
+using names_test::Output;
+using names_test::Repeated;
+using names_test::S;
+using names_test::Text;
 using std::string;
-using testing::ElementsAre;
-using testing::MatchesRegex;
 
-std::vector<string> Lines(const string& text) {
-  std::vector<string> lines;
-  std::istringstream in(text);
-  for (string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
+constexpr double kTime = 1601899387250;  // 2020-10-05T12:03:07.25Z
+
+string Formatted(const NQ_TDict& options, NQ_TString value) {
+  FormatDateTimeValue(0, options, value);
+  return Text(value);
 }
 
-struct TFormatted {
-  bool succeeded;
-  string value;
-  std::vector<string> log;
-};
-TFormatted Format(int debugLevel, const NQ_TDict& options, std::string_view value) {
-  NQ_TString text = S(value);
-  testing::internal::CaptureStdout();
-  const bool succeeded = FormatDateTimeValue(debugLevel, options, text);
-  return {succeeded, string(text.Narrow()), Lines(testing::internal::GetCapturedStdout())};
-}
-
-TEST(DateTime, Values) {
-  NQ_TTime::SetClock([] { return 1601899387250.0; });
-  const string kFromIso = "InputDateTimeFormat=ISO8601|", kToIso = "|DateTimeFormat=ISO8601";
-  const string kFromUnix = "InputDateTimeFormat=UNIX|", kToUnix = "|DateTimeFormat=UNIX";
-  struct {
-    string options, value, result;  // "!": the value stays as it is, and the function returns false
-  } const cases[] = {
-      {kFromIso + kToIso, "2020-10-05T14:03:07.25+02:00", "2020-10-05T12:03:07.25Z"},
-      {kFromIso + kToIso, "2020-10-05T14:03:07Z", "2020-10-05T14:03:07.00Z"},
-      {kFromIso + kToIso, "2020-10-05T14:03+01:00", "2020-10-05T13:03:00.00Z"},
-      {kFromIso + kToIso, "2020-10-05", "2020-10-05T00:00:00.00Z"},
-      {kFromIso + "InputTimeZone=Europe/Brussels" + kToIso, "2020-10-05", "2020-10-04T22:00:00.00Z"},
-      {kFromIso + "TimeZone=Asia/Kolkata" + kToIso, "2020-10-05", "2020-10-05T05:30:00.00+05:30"},
-      {kFromIso + kToIso, "2020-10-05T14:03:07", "2020-10-05T00:00:00.00Z"},  // no offset: a date and more
-      {kFromIso + kToIso, "yesterday", "!"},
-      {kFromUnix + kToUnix, "1000.9", "1000"},
-      {kFromUnix + kToIso, "1000.9", "1970-01-01T00:00:01.00Z"},
-      {kFromUnix + kToUnix, "abc", "0"},
-      {kFromUnix + kToUnix, " \t+12x", "12"},
-      {kFromUnix + kToUnix, "1.5e3x", "1500"},
-      {kFromUnix + kToUnix, "-1e300", "-9223372036854775808"},
-      {kFromUnix + kToUnix, "1e999", "9223372036854775807"},
-      {kFromUnix + kToIso, "1e300", "5828963-12-20T00:00:00.00Z"},
-      {"CustomInputDateTimeFormat=HH:mm|InputTimeZone=Europe/Brussels" + kToIso, "08:30", "2020-10-05T06:30:00.00Z"},
-      {"InputDateTimeFormat=iso8601|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr" + kToUnix, "3 f\u00e9vr. 70",
-       "2851200000"},
-      {kFromUnix + "DateTimeFormat=Unix|CustomDateTimeFormat=EEEE d MMMM|Language=de_DE", "0", "Donnerstag 1 Januar"},
-      {kFromUnix, "0", ""},  // no pattern
-      {"", "2020", "!"},
-  };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.options + ": " + row.value);
-    const TFormatted formatted = Format(0, Options(row.options), row.value);
-    EXPECT_EQ(formatted.succeeded, row.result != "!");
-    EXPECT_EQ(formatted.value, row.result == "!" ? row.value : row.result);
-    EXPECT_EQ(formatted.log.empty(), formatted.succeeded);
-  }
-  NQ_TTime::SetClock(nullptr);
+string LogOf(int debugLevel, const char* options, const NQ_TString& value) {
+  Output output;
+  NQ_TString text = value;
+  const bool formatted = FormatDateTimeValue(debugLevel, Options(options), text);
+  EXPECT_TRUE(formatted || text == value);
+  return output.Take();
 }
 
 TEST(DateTime, OptionsOfAnotherKindCountAsAbsent) {
-  NQ_TDict options = Options("InputDateTimeFormat=UNIX|DateTimeFormat=UNIX");
-  options.Add("InputTimeZone", NQ_TAny(5));
-  options.Add("DateTimeFormat", NQ_TArray());
-  options.Add("CustomDateTimeFormat", S("yyyy"));
-  options.Add("Language", NQ_TAny(true));
-  EXPECT_EQ(Format(0, options, "0").value, "1970");
+  NQ_TDict options = Options("InputDateTimeFormat=UNIX|CustomDateTimeFormat=yyyy");
+  options["InputTimeZone"] = 5;
+  options["DateTimeFormat"] = NQ_TArray();
+  options["Language"] = true;
+  EXPECT_EQ(Formatted(options, "0"), "1970");
 }
 
-TEST(DateTime, LogOfSuccess) {
-  const string options = "{InputDateTimeFormat = ISO8601, DateTimeFormat = UNIX}";
-  const string failed = " failed.  Trying less complete format";
-  const NQ_TDict iso = Options("InputDateTimeFormat=ISO8601|DateTimeFormat=UNIX");
-  EXPECT_THAT(Format(5, iso, "2020-10-05T14:03Z").log, ElementsAre());
+TEST(DateTime, Log) {
+  const char* const iso = "InputDateTimeFormat=ISO8601|DateTimeFormat=UNIX";
+  EXPECT_EQ(LogOf(5, iso, "2020-10-05T14:03Z"), "");
   for (const string text : {"2020-10-05T14:03Z", "2020-10-05T14:03Z!"}) {  // the second is tried with each pattern
-    EXPECT_THAT(Format(6, iso, text).log,
-                ElementsAre("Parsing " + text + " using yyyy-MM-dd'T'HH:mm:ss.SSXXX" + failed,
-                            "Parsing " + text + " using yyyy-MM-dd'T'HH:mm:ssXXX" + failed,
-                            "Parsed date '" + text + "' into UTC time '1601906580000'", options,
-                            "Formatted wall time '1601906580000' into '1601906580000'", options));
+    EXPECT_EQ(LogOf(6, iso, S(text)),
+              "Parsing " + text + " using yyyy-MM-dd'T'HH:mm:ss.SSXXX failed.  Trying less complete format\n" +
+                  "Parsing " + text + " using yyyy-MM-dd'T'HH:mm:ssXXX failed.  Trying less complete format\n" +
+                  "Parsed date '" + text + "' into UTC time '1601906580000'\n" +
+                  "{InputDateTimeFormat = ISO8601, DateTimeFormat = UNIX}\n" +
+                  "Formatted wall time '1601906580000' into '1601906580000'\n" +
+                  "{InputDateTimeFormat = ISO8601, DateTimeFormat = UNIX}\n");
   }
-  EXPECT_THAT(Format(6, Options("InputDateTimeFormat=UNIX|CustomDateTimeFormat=SSS"), "0.1").log,
-              ElementsAre("Parsed date '0.1' into UTC time '0.10000000000000001'",
-                          "{InputDateTimeFormat = UNIX, CustomDateTimeFormat = SSS}",
-                          "Formatted wall time '0.10000000000000001' into '000'",
-                          "{InputDateTimeFormat = UNIX, CustomDateTimeFormat = SSS}"));
-}
-
-TEST(DateTime, LogOfFailure) {
-  const string where = " \\(VexoNames/Private/Source/templatenames/formatting/DateTimePatterns.cpp:[0-9]+\\)";
-  EXPECT_THAT(Format(0, Options("InputDateTimeFormat=ISO8601"), "yesterday").log,
-              ElementsAre("Parsing date 'yesterday' into UTC time failed.  Caused by:",
-                          MatchesRegex("NQ_EException: Unparseable date: error at index 0 \\[yesterday\\]" + where),
-                          "{InputDateTimeFormat = ISO8601}"));
-  const string yyy(4097, 'y');
-  const TFormatted tooLong = Format(0, Options("InputDateTimeFormat=UNIX|CustomDateTimeFormat=" + yyy), "1e3");
-  EXPECT_FALSE(tooLong.succeeded);
-  EXPECT_EQ(tooLong.value, "1e3");
-  EXPECT_THAT(tooLong.log,
-              ElementsAre("Formatting wall time '1000' failed.  Caused by:",
-                          MatchesRegex("NQ_EException: Date pattern is longer than 4096 characters \\[y+\\]" + where),
-                          "{InputDateTimeFormat = UNIX, CustomDateTimeFormat = " + yyy + "}"));
+  EXPECT_EQ(LogOf(6, "InputDateTimeFormat=UNIX|DateTimeFormat=UNIX", "0.1"),
+            "Parsed date '0.1' into UTC time '0.10000000000000001'\n"
+            "{InputDateTimeFormat = UNIX, DateTimeFormat = UNIX}\n"
+            "Formatted wall time '0.10000000000000001' into '0'\n"
+            "{InputDateTimeFormat = UNIX, DateTimeFormat = UNIX}\n");
+  const string where = " \\(VexoNames/Private/Source/templatenames/formatting/DateTimePatterns.cpp:[0-9]+\\)\n";
+  EXPECT_THAT(LogOf(0, "InputDateTimeFormat=ISO8601", "yesterday"),
+              testing::MatchesRegex("Parsing date 'yesterday' into UTC time failed.  Caused by:\n"
+                                    "NQ_EException: Unparseable date: error at index 0 \\[yesterday\\]" +
+                                    where + "\\{InputDateTimeFormat = ISO8601\\}\n"));
+  const string unix = "InputDateTimeFormat=UNIX|CustomDateTimeFormat=" + Repeated("y", 4097);
+  EXPECT_THAT(LogOf(0, unix.c_str(), "1e3"),
+              testing::MatchesRegex("Formatting wall time '1000' failed.  Caused by:\n"
+                                    "NQ_EException: Date pattern is longer than 4096 characters \\[y+\\]" +
+                                    where + "\\{InputDateTimeFormat = UNIX, CustomDateTimeFormat = y+\\}\n"));
 }
 
 // Numbers are read as streams of the global locale read them.
@@ -135,9 +83,87 @@ TEST(DateTime, UnixInputInAnotherGlobalLocale) {
   };
   const NQ_TDict options = Options("InputDateTimeFormat=UNIX|DateTimeFormat=UNIX");
   const std::locale before = std::locale::global(std::locale(std::locale(), new TComma));
-  EXPECT_EQ(Format(0, options, "1.500").value, "1500");
+  EXPECT_EQ(Formatted(options, "1.500"), "1500");
   std::locale::global(before);
-  EXPECT_EQ(Format(0, options, "1.500").value, "1");
+  EXPECT_EQ(Formatted(options, "1.500"), "1");
+}
+
+// ---- patterns
+
+// What the action makes of the result, or its error; then the result is as before.
+template <class Result, class Action>
+string Outcome(Result result, const Action& action) {
+  const Result before = result;
+  std::ostringstream out;
+  try {
+    action(result);
+    out << result;
+  } catch (const NQ_EException& error) {
+    EXPECT_EQ(result, before);
+    out << "! " << error.NQ_Message() << " [" << error.NQ_Data() << "]";
+  }
+  return out.str();
+}
+
+// What ICU does with dates stands in DateTimeAgainstIcu_test.cpp; here is what it is kept from, and what it refuses.
+TEST(DateTimePatterns, LimitsAndErrors) {
+  const string endless(20'000, 'x'), digits(200'000, '1'), tooLong(4097, 'y'), tooLongToRead(257, 'y');
+  const struct {
+    string pattern, zone, language;
+    double time;
+    string written;
+  } writing[] = {
+      {"yyyy G", "", "en", std::numeric_limits<double>::infinity(), "5828963 AD"},
+      {"HH:mm:ss.SSS", "", "", kTime, "12:03:07.250"},  // endless times teach the zone nothing
+      {"d", endless, endless, kTime, "5"},
+      {"d", "", "", std::numeric_limits<double>::quiet_NaN(), "! U_ILLEGAL_ARGUMENT_ERROR [nan]"},
+      {"d'" + string(4000, '-') + "'", "", "", kTime, "5" + string(4000, '-')},
+      {tooLong, "", "", kTime, "! Date pattern is longer than 4096 characters [" + tooLong + "]"},
+      {"d", "", "en" + string(100'000, '-') + "x", kTime, "! U_ILLEGAL_ARGUMENT_ERROR [d]"},
+  };
+  for (const auto& row : writing) {
+    const auto write = [&](NQ_TString& out) {
+      FormatDateTime(S(row.pattern), S(row.zone), S(row.language), row.time, out);
+    };
+    EXPECT_EQ(Outcome(NQ_TString("as before"), write), row.written) << row.pattern.substr(0, 50) << " of " << row.time;
+  }
+  const std::tuple<string, string, string> reading[] = {
+      {"yyyy-MM-dd", digits, "! Unparseable date: error at index 1024 [" + digits + "]"},
+      {tooLongToRead, "2020", "! Date pattern is longer than 256 characters [" + tooLongToRead + "]"},
+  };
+  for (const auto& row : reading) {
+    const auto read = [&](double& time) { ParseDateTime(S(std::get<0>(row)), "", "", S(std::get<1>(row)), time); };
+    EXPECT_EQ(Outcome(-7.0, read), std::get<2>(row));
+  }
+  NQ_TString out;
+  FormatDateTime(NQ_TString(u"d\xD83D\U0001F4C4\xDCC4"), "", "", kTime, out);
+  EXPECT_EQ(out, NQ_TString(u"5\uFFFD\U0001F4C4\uFFFD"));
+}
+
+// Of what is no identifier ICU makes a locale without a name, with which B crashes and the root locale gets the names
+// of another.
+TEST(DateTimePatterns, WhatIsNoLanguageGetsThatOfTheProcess) {
+  UErrorCode error = U_ZERO_ERROR;
+  const icu::Locale before = icu::Locale::getDefault();
+  icu::Locale::setDefault("de", error);
+  for (const auto& [language, written] : {std::pair("ninelette", "Oktober PM"), {"", "M10 PM"}}) {
+    NQ_TString out;
+    FormatDateTime("MMMM B", "", language, kTime, out);
+    EXPECT_EQ(out, written);
+  }
+  icu::Locale::setDefault(before, error);
+}
+
+// Without this, every date would still be right, and slow.
+TEST(DateTimePatterns, ReadExactly) {
+  for (const auto& [pattern, text, exact] : {std::tuple("yyyy-MM-dd", "2020-10-05", true),
+                                             {"yyyyMMddHHmm", "202010051403", true},
+                                             {"d/M/yyyy HH:mm:ss,SSSXXX", "5/10/2020 14:03:07,5+02:00", true},
+                                             {"yyyy-MM-dd", "2020-10-05 ", false}}) {
+    double time = -7;
+    EXPECT_EQ(ParseExactDateTime(pattern, "", "", text, time), exact) << text;
+    EXPECT_EQ(time != -7, exact) << text;
+  }
 }
 
 }  // namespace

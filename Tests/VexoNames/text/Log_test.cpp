@@ -1,10 +1,8 @@
 #include "text/Log.h"
 
-#include <gtest/gtest.h>
-
 #include <locale>
 
-#include "NQ_EException.h"
+#include "Support.h"
 
 namespace templatenames {
 namespace {
@@ -19,14 +17,12 @@ TEST(Log, NumbersAreTheSameInEveryLocale) {
   const std::locale before = std::locale::global(std::locale(std::locale(), new TGrouping));
   NQ_EException error("m");
   error.__PREPARE_FOR_THROW__(12345, "f.cpp");
-  testing::internal::CaptureStdout();
-  Log(1234567, ' ', NQ_TAny(1234567), ' ', true);
-  Log(error);
-  const std::string lines = testing::internal::GetCapturedStdout();
+  names_test::Output output;
+  Log(1234567, ' ', NQ_TAny(1234567), ' ', error);
   std::ostringstream grouping;
   grouping << error << ' ' << 12345;
   std::locale::global(before);
-  EXPECT_EQ(lines, "1234567 1234567 1\nNQ_EException: m (f.cpp:12345)\n");
+  EXPECT_EQ(output.Take(), "1234567 1234567 NQ_EException: m (f.cpp:12345)\n");
   EXPECT_EQ(grouping.str(), "NQ_EException: m (f.cpp:12345) 12.345");
 }
 

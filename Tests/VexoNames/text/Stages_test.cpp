@@ -1,13 +1,10 @@
 // What cuts texts down, beside the plain way; the rules of specifications are tested with tokens.
 #include "text/Stages.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <random>
-#include <string>
 
-#include "NQ_TString.h"
+#include "Support.h"
 
 namespace templatenames {
 namespace {
@@ -20,9 +17,9 @@ TEST(Stages, Atoi) {
       {u"\u00A012", 0},
       {u"- 1", 0},
       {u"\u0661", 0},
-      {u"2147483647", INT_MAX},
       {u"2147483648", INT_MAX},
       {u"99999999999999999999", INT_MAX},
+      {u"-12", -12},
       {u"-2147483648", INT_MIN},
       {u"-2147483649", INT_MIN},
   };
@@ -54,8 +51,7 @@ TEST(Stages, ElementsOfRandomTextsAreThoseOfThePlainWalk) {
     const int index = static_cast<int>(random() % 4);
     const std::u16string_view expected = PlainElement(input, separator, index);
     found += expected.empty() ? 0 : 1;
-    ASSERT_EQ(Element(input, separator, index), expected)
-        << NQ_TString(separator) << "," << index << " of " << NQ_TString(input);
+    ASSERT_EQ(Element(input, separator, index), expected) << NQ_TString(separator) << "," << index << NQ_TString(input);
   }
   EXPECT_GT(found, 1'000);
 }

@@ -1,0 +1,126 @@
+// What becomes of values: the rows of Values.txt, and what Docs/formatting-options.md shows.
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include "DocsPage.h"
+#include "NQ_TTime.h"
+#include "OptionsText.h"
+#include "Support.h"
+#include "formatting/DateTime.h"
+#include "formatting/FormatNumber.h"
+#include "formatting/FormatText.h"
+#include "formatting/NumberByStreams.h"
+
+namespace names_test {
+namespace {
+
+using namespace templatenames;
+using std::string;
+using TJson = nlohmann::json;
+
+TEST(FormattingValues, EveryRow) {
+  using TFormat = bool (*)(const NQ_TDict& options, NQ_TString& value);
+  const std::pair<const char*, TFormat> formatters[] = {
+      {"TEXT", &FormatText},
+      {"NUMBER", [](const NQ_TDict& options, NQ_TString& value) { return FormatNumber(0, options, value); }},
+      {"NUMBER", [](const NQ_TDict& options,
+                    NQ_TString& value) { return FormatNumberByStreams(0, ReadNumberOptions(options), value); }},
+      {"DATETIME", [](const NQ_TDict& options, NQ_TString& value) { return FormatDateTimeValue(0, options, value); }},
+  };
+  NQ_TTime::SetClock([] { return 1601899387250.0; });
+  for (const string& line : Lines("formatting/Values.txt")) {
+    const std::size_t quote = line.find(" \""), arrow = line.find("\" => ");
+    ASSERT_TRUE(quote < arrow && arrow != line.npos) << line;
+    const NQ_TDict options = formatting_test::Options(line.substr(0, quote));
+    const string value = TJson::parse(line.substr(quote + 1, arrow - quote)), expected = line.substr(arrow + 5);
+    for (const auto& [word, format] : formatters) {
+      if (!(*options.Get<NQ_TString>("DataFormat") == word)) continue;
+      NQ_TString text = S(value);
+      bool done = false;
+      Output log;
+      const string error = Thrown([&, &call = format] { done = call(options, text); });
+      EXPECT_EQ(log.Take().empty(), done || word != string("DATETIME")) << line;
+      EXPECT_EQ(!error.empty() ? '{' + error + '}'
+                : done         ? TJson(Text(text)).dump()
+                               : "!",
+                expected[0] == '"' ? TJson::parse(expected).dump() : expected)
+          << line;
+      EXPECT_TRUE(done || Text(text) == value) << line;
+    }
+  }
+  NQ_TTime::SetClock(nullptr);
+}
+
+// ---- the page
+
+std::vector<std::vector<string>> RowsOf(const string& title) { return Rows(Page("formatting-options.md"), title); }
+
+NQ_TDict Options(const TJson& json) {
+  NQ_TDict options;
+  for (const auto& [key, value] : json.items()) {
+    NQ_TAny& option = options[key.c_str()];
+    if (value.is_boolean()) option = value.get<bool>();
+    if (value.is_number()) option = value.get<int>();
+    if (value.is_string()) option = S(value.get<string>());
+    if (!value.is_array()) continue;
+    NQ_TArray pairs;
+    for (const TJson& pair : value) pairs.Add(Options(pair));
+    option = pairs;
+  }
+  return options;
+}
+
+string Formatted(const TJson& options, const string& value) {
+  Names names("text due = x");
+  names.SetValue("due", S(value));
+  names.SetFormattingOptions("due", Options(options));
+  Output log;
+  return Resolved(names, "<<due/>>");
+}
+
+TEST(FormattingOptionsPage, EveryOptionHasAnExampleAndEveryExampleHolds) {
+  std::set<string> unused;
+  for (const auto& row : RowsOf("Option")) EXPECT_TRUE(unused.insert(row.at(0)).second) << row.at(0);
+  EXPECT_GE(unused.size(), 25U);
+  for (const auto& row : RowsOf("Options")) {
+    const TJson options = TJson::parse(row.at(0)), flat = options.flatten();
+    EXPECT_EQ(Formatted(options, TJson::parse(row.at(1))), TJson::parse(row.at(2)).get<string>()) << row.at(0);
+    for (const auto& [path, value] : flat.items()) {
+      std::istringstream keys(path);
+      for (string key; std::getline(keys, key, '/');) unused.erase(key);
+    }
+  }
+  EXPECT_TRUE(unused.empty()) << "no example of " << *unused.begin();
+}
+
+TEST(FormattingOptionsPage, ContextFile) {
+  const string page = Page("formatting-options.md");
+  const std::size_t begin = page.find("```json\n") + 8;
+  const TJson due = TJson::parse(page.substr(begin, page.find("```", begin) - begin))["names"]["due"];
+  EXPECT_NE(page.find("becomes `" + Formatted(due["FormattingOptions"], due["Value"]) + "`"), string::npos);
+}
+
+TEST(FormattingOptionsPage, UnitsAndPatterns) {
+  std::map<string, string> bases;
+  for (const auto& row : RowsOf("Category")) {
+    const string& base = bases.try_emplace(row.at(0), row.at(1)).first->second;
+    const TJson options = {{"DataFormat", "NUMBER"},       {"Convert", true},       {"ConvertUnitCategory", row.at(0)},
+                           {"ConvertFromUnit", row.at(1)}, {"ConvertToUnit", base}, {"Decimals", 18}};
+    EXPECT_DOUBLE_EQ(std::stod(Formatted(options, "1")), std::stod(row.at(3))) << row.at(0) << ' ' << row.at(1);
+  }
+  EXPECT_EQ(bases.size(), 5U);
+  TJson options = {{"DataFormat", "DATETIME"},
+                   {"InputDateTimeFormat", "ISO8601"},
+                   {"TimeZone", "Europe/Brussels"},
+                   {"Language", "en"}};
+  EXPECT_GE(RowsOf("Pattern").size(), 15U);
+  for (const auto& row : RowsOf("Pattern")) {
+    options["CustomDateTimeFormat"] = row.at(0);
+    EXPECT_EQ(Formatted(options, "2020-10-05T14:03:07.25+02:00"), row.at(1)) << row.at(0);
+  }
+}
+
+}  // namespace
+}  // namespace names_test
