@@ -178,6 +178,8 @@ TEST_F(DatesAgainstIcu, PlainPatterns) {
       "yyyMMdd|yyMMdd|yyyyMd|yy-MM-dd|yyy-L-d|yyyy-MM-dd M|yyyy-MM|MM-dd|XXX yyyy-MM-dd|yyyy-MM-ddXXX:HH|yyyy'E'MM-dd|"
       "yyyy-MM-dd'h'HH|yyyy-MM-dd h|yyyy-MM-dd hh a|yyyy-MM-dd HH:mm XX|yyyy-MM-dd S|SSSSSS SSSSSSS yyyy-MM-dd|"
       "MMMMM EEEEE EEEEEE|EEEE, d MMMM|E LLL MMM|LLLL a|aaaaa yy|yyyyy ddd|''yy'''o''''clock";
+  for (const string offset : {"+23:59", "-23:59", "+24:00", "+00:60"})
+    TCase{"yyyy-MM-dd HH:mmXXX", "", ""}.CompareText("2020-10-05 14:03" + offset);
   for (const string& pattern : names_test::Split(kPatterns)) {
     const TCase c{pattern, "Europe/Brussels", ""};
     for (const TCase& other : {c, TCase{pattern, "GMT+01:00:30", "en"}, TCase{pattern, "GMT-00:00:30", "pl"}}) {
@@ -244,6 +246,10 @@ TEST_F(DatesAgainstIcu, ChangesOfTheOffset) {
         c.CompareTime(at + past);
         c.CompareText(c.FreshlyFormatted(at + past));
       }
+      // Local times about the change: skipped, or there twice.
+      const double local = at + change.getFrom()->getRawOffset() + change.getFrom()->getDSTSavings();
+      for (const double past : {0.0, -1.0, 9e5, -9e5})
+        c.CompareText(TCase{c.pattern, "UTC", ""}.FreshlyFormatted(local + past));
     }
   }
 }

@@ -146,7 +146,7 @@ TEST(DateTimePatterns, WhatIsNoLanguageGetsThatOfTheProcess) {
   UErrorCode error = U_ZERO_ERROR;
   const icu::Locale before = icu::Locale::getDefault();
   icu::Locale::setDefault("de", error);
-  for (const auto& [language, written] : {std::pair("ninelette", "Oktober PM"), {"", "M10 PM"}}) {
+  for (const auto& [language, written] : {std::pair("twelveletter", "Oktober mittags"), {"", "M10 PM"}}) {
     NQ_TString out;
     FormatDateTime("MMMM B", "", language, kTime, out);
     EXPECT_EQ(out, written);

@@ -9,7 +9,7 @@
 namespace templatenames {
 namespace {
 
-// What is no identifier, such as a word of nine letters, ICU makes a locale without a name of. Some pattern letters
+// What is no identifier, such as a word of twelve letters, ICU makes a locale without a name of. Some pattern letters
 // crash with it; others put the names of the process's language in the place where ICU keeps those of the root locale.
 icu::Locale LocaleOf(const NQ_TString& language) {
   const icu::Locale locale(language.c_str());
