@@ -27,8 +27,8 @@ constexpr struct {
 // The last segment of its path without "*"; a ticket of no particular name goes by its workflow's label.
 NQ_TString TicketName(const AT_TTicket& ticket) {
   const NQ_TString path = ticket.GetTicketPath();
-  const NQ_TString name = path.Substring(path.Find('/', -1, true) + 1).Replace("*", "");
-  if (!(name == "Default")) return name;
+  NQ_TString name = path.Substring(path.Find('/', -1, true) + 1).Replace("*", "");
+  if (name != "Default") return name;
   const NQ_TDict settings = ticket.GetSettings();
   return settings.HasKey("WFLab") ? Entry<NQ_TString>(settings, "WFLab") : name;
 }
