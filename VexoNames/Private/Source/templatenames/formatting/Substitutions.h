@@ -53,6 +53,7 @@ class TSubstitutions {
   static_assert(sizeof(TText) == 16);
 
   bool PutShort(char16_t unit, bool others, char16_t*& out) const;
+  bool PutTwo(char16_t first, char16_t second, char16_t*& out) const;
   std::size_t PutAll(std::u16string_view text, std::size_t at, std::size_t stop, bool others, char16_t*& out) const;
   std::size_t PutBlocks(std::u16string_view text, std::size_t at, std::size_t stop, char16_t*& out) const;
 
