@@ -64,10 +64,11 @@ void TName::ClearCaches() {
 bool TName::ServerQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value) {
   const bool stored = entry->HasKey(Keys().value);
   if (!ServerQueryHandlerNoCache(key, entry, names, value)) return false;
-  if (stored) return true;  // a reply that was kept before, or a value that somebody has set
   try {
-    entry->Add(Keys().value, NQ_TAny(value));
-    entry->Add(Keys().cacheFilled, true);
+    if (!stored) {  // else it is a reply that was kept before, or a value that somebody has set
+      entry->Add(Keys().value, NQ_TAny(value));
+      entry->Add(Keys().cacheFilled, true);
+    }
     if (names->Logs(2)) Log("TName::ServerQueryHandler: Key = \"", key, "\"; Value = ", value);
     return true;
   } catch (...) {
