@@ -108,14 +108,15 @@ bool TName::Query(const NQ_TString& key, const NQ_TDict& entry, NQ_TAny& value) 
     Log("TName::ServerQueryHandler: Server = ", server);
     Log("TName::ServerQueryHandler: Method = ", method);
   }
+  // Before the parameters: names in them may ask too, and again.
+  if (budget_.queries <= 0) return LogToken(key, " More queries than the limit allows"), false;
+  --budget_.queries;
   NQ_TDict params;
   if (const NQ_TAny* const recorded = entry.ValueOfKey(Keys().params)) {
     params = Held<NQ_TDict>(*recorded);
     method.BeginsWith("Conditional", 0) ? ResolveParameters(params) : ResolveDependencies(key, params);
   }
-  if (budget_.queries <= 0) return LogToken(key, " More queries than the limit allows"), false;
   if (budget_.queryMilliseconds <= 0) return LogToken(key, " More time for queries than the limit allows"), false;
-  --budget_.queries;
   const auto begin = std::chrono::steady_clock::now();
   const bool answered = DoQueryRPC(host, server, method, params, value);
   const auto taken = std::chrono::steady_clock::now() - begin;
