@@ -2,6 +2,7 @@
 
 #include <grpcpp/grpcpp.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
@@ -120,7 +121,8 @@ class NQM_TGrpcServer::TImplementation {
   void Stop(std::chrono::milliseconds grace) {
     const std::lock_guard guard(lock_);
     if (stopped_) return;
-    server_->Shutdown(std::chrono::system_clock::now() + grace);
+    constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);  // the clock counts in smaller units
+    server_->Shutdown(std::chrono::system_clock::now() + std::clamp(grace, std::chrono::milliseconds(0), kLongest));
     server_->Wait();
     stopped_ = true;
   }
