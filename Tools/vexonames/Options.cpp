@@ -77,6 +77,7 @@ struct TParser {
   CLI::Option* texts;
   CLI::Option* prefix;
   CLI::Option* suffix;
+  CLI::Option* host;
   bool asTable = false;
 
   explicit TParser(TOptions& options) {
@@ -107,7 +108,7 @@ struct TParser {
     suffix = translate->add_option("--suffix", "after a description (default: ])")->type_name("TEXT");
     translate->add_flag("--back", options.back, "from descriptions to tokens");
     serve = app.add_subcommand("serve", "offer the services of the context to other processes");
-    serve->add_option("--host", options.serveHost, "interface to listen on (default: localhost)")->type_name("HOST");
+    host = serve->add_option("--host", "interface to listen on (default: localhost)")->type_name("HOST");
     serve->add_option("--port", options.servePort, "port to listen on (default: any free one)")->type_name("PORT");
     for (CLI::Option* option : {templates, texts})
       option->type_name("")->expected(CLI::detail::expected_max_vector_size);
@@ -166,6 +167,7 @@ std::optional<int> Read(const TParser& parser, TOptions& options) {
   options.zone = TextOf(*parser.zone);
   ReadText(*parser.prefix, options.prefix);
   ReadText(*parser.suffix, options.suffix);
+  ReadText(*parser.host, options.serveHost);
   if (const std::optional<std::string> now = TextOf(*parser.now)) {
     options.now = ParseTime(*now);
     if (!options.now)
