@@ -81,6 +81,7 @@ class TReplacements {
     return true;
   }
 
+  bool IsEmpty() const { return pairs_.empty(); }
   /// Whether it holds on to little memory.
   bool IsSmall() const {
     constexpr std::size_t kFewPairs = 64, kFewSteps = 8, kFewUnits = 4096;
@@ -109,15 +110,43 @@ class TReplacements {
   std::size_t units_ = 0;
 };
 
-constexpr std::size_t kKept = 8;
+// ---- what a thread keeps
+
+class TKeptReplacements {
+ public:
+  /// What is kept of that list, or null.
+  const TReplacements* Find(const NQ_TArray& list) const {
+    for (const std::size_t place : PlacesOf(list))
+      if (kept_[place].IsOf(list)) return &kept_[place];
+    return nullptr;
+  }
+
+  /// Keeps it in the place that is free; when none is, in one and the other by turns, so that lists that meet in one
+  /// place find others.
+  const TReplacements& Keep(const NQ_TArray& list, TReplacements&& made) {
+    const auto [first, second] = PlacesOf(list);
+    const bool takesFirst = kept_[first].IsEmpty() || (!kept_[second].IsEmpty() && ++turns_ % 2 == 0);
+    return kept_[takesFirst ? first : second] = std::move(made);
+  }
+
+ private:
+  static constexpr std::size_t kPlaces = 32;  // most lists take two kilobytes
+
+  // By the address, multiplied by 2^64 divided by the golden ratio: neighbours lie far apart.
+  static std::array<std::size_t, 2> PlacesOf(const NQ_TArray& list) {
+    const std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(&list) * 0x9E37'79B9'7F4A'7C15;
+    return {mixed >> 59, mixed >> 54 & (kPlaces - 1)};
+  }
+
+  std::array<TReplacements, kPlaces> kept_;
+  unsigned turns_ = 0;
+};
 
 }  // namespace
 
 bool ReplacePairs(const NQ_TArray& list, NQ_TString& value) {
-  auto& kept = TThreadKept<std::array<TReplacements, kKept>>::Mine();
-  // Arrays lie at least so far apart.
-  TReplacements& replacements = kept[reinterpret_cast<std::uintptr_t>(&list) / 64 % kKept];
-  if (replacements.IsOf(list)) return replacements.Apply(value);
+  auto& kept = TThreadKept<TKeptReplacements>::Mine();
+  if (const auto* const known = kept.Find(list); known != nullptr) return known->Apply(value);
   TReplacements made;
   try {
     for (unsigned int i = 0; i < list.Count(); ++i) made.Add(*list.At(i));
@@ -125,9 +154,7 @@ bool ReplacePairs(const NQ_TArray& list, NQ_TString& value) {
     if (!made.Apply(value)) return false;
     throw;
   }
-  if (!made.IsSmall()) return made.Apply(value);
-  replacements = std::move(made);
-  return replacements.Apply(value);
+  return made.IsSmall() ? kept.Keep(list, std::move(made)).Apply(value) : made.Apply(value);
 }
 
 }  // namespace templatenames
