@@ -19,7 +19,6 @@ constexpr TSaying kSayings[] = {
     {" The counter is at its end", "counter", "2147483647 is the last number; it was reached by "},
     {" Nested deeper", "limit", "too many values within values at "},
     {" More tokens", "limit", "too many tokens at "},
-    {" More queries", "limit", "too many questions to services at "},
     {" More characters", "limit", "too much text at "},
 };
 

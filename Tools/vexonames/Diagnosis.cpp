@@ -130,8 +130,9 @@ TFailures TDiagnosis::Explain(const NQ_TString& text) {
     const TNameLimits& limits = trial.Limits();
     Report({}, "limit",
            "the template needs more than " + std::to_string(limits.tokens) + " tokens, " +
-               std::to_string(limits.characters) + " characters, or values nested " +
-               std::to_string(limits.nestedDepth) + " deep");
+               std::to_string(limits.characters) + " characters, " + std::to_string(limits.queries) +
+               " requests to services or " + std::to_string(limits.queryMilliseconds / 1000) +
+               " s for them, or values nested " + std::to_string(limits.nestedDepth) + " deep");
   }
   return std::move(found_);
 }
