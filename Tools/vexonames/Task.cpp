@@ -60,6 +60,7 @@ void AddParameters(const TJsonNode& object, TTicketReading& ticket) {
   for (const auto& [key, value] : object.Members()) {
     const TJsonNode node(object, key, value);
     const auto fileBeside = [&](const TJsonNode& name) {
+      if (name.Text().Empty()) name.Fail("a file needs a name");
       const std::filesystem::path file = std::filesystem::path(ticket.folder) / std::string(name.Text().Narrow());
       return NQ_TURL(NQ_TString("file://" + std::filesystem::absolute(file).string()));
     };
