@@ -105,10 +105,19 @@ std::vector<std::string> HintsFor(const TName& names, const NQ_TString& text) {
 
 std::vector<std::string> HintsFrom(std::string_view engineSaid) {
   std::vector<std::string> hints;
+  const auto takeLine = [&] {
+    const std::string_view line = engineSaid.substr(0, engineSaid.find('\n'));
+    engineSaid.remove_prefix(std::min(line.size() + 1, engineSaid.size()));
+    return line;
+  };
   while (!engineSaid.empty() && hints.size() < kMostHints) {
-    const std::size_t end = std::min(engineSaid.find('\n'), engineSaid.size());
-    const std::string_view line = engineSaid.substr(0, end);
-    engineSaid.remove_prefix(std::min(end + 1, engineSaid.size()));
+    const std::string_view line = takeLine();
+    const bool parametersFailed = line.starts_with("Failed to update Workflow Parameter values from ") ||
+                                  line.starts_with("Looking up XML Workflow Parameters failed.");
+    if (parametersFailed) {
+      const std::string cause = line.ends_with("Caused by:") ? ' ' + Printable(Shortened(takeLine())) : "";
+      hints.push_back(Printable(Shortened(line)) + cause);
+    }
     const bool matchError = line.find("':match error ") != std::string_view::npos;
     if (line.starts_with("TName:'") && line.find("' does not match regex '") != std::string_view::npos && !matchError)
       hints.push_back(Printable(Shortened(line.substr(6))) + "; the token became empty");

@@ -11,5 +11,6 @@
 /// single-marker token in a template with double markers, an attribute that does not exist. At most a few.
 std::vector<std::string> HintsFor(const TName& names, const NQ_TString& text);
 
-/// The same for what the engine said while it resolved: an expression that matched nothing and so made the text empty.
+/// The same for what the engine said while it resolved: an expression that matched nothing and so made the text empty,
+/// parameters that could not be read from XML files.
 std::vector<std::string> HintsFrom(std::string_view engineSaid);
