@@ -178,6 +178,7 @@ TEST_F(SimpleXMLValueLookup, OnlyPlainFilesAreRead) {
     EXPECT_EQ(Loaded(path), "loaded") << path;
   for (const std::string& path : {folder_ + "missing.xml", folder_, folder_ + "pipe", std::string("/dev/zero")})
     EXPECT_THAT(Loaded(path), testing::StartsWith(kFault + "line 0 column 0:"));
+  EXPECT_THAT(Loaded(Write("<r/>") + '\0'), testing::HasSubstr(":unable to open"));
 }
 
 TEST_F(SimpleXMLValueLookup, EveryKindOfErrorHasItsMessageAndLine) {

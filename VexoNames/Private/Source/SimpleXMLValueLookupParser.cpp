@@ -59,9 +59,11 @@ class TFileStream : public xercesc::BinInputStream {
   XMLFilePos position_ = 0;
 };
 
-// Opens plain files only: a pipe or a device could block, or never end.
-int OpenPlainFile(const char* path) {
-  const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+// Opens plain files only: a pipe or a device could block, or never end. A NUL in the path would cut it short, and name
+// another file.
+int OpenPlainFile(const NQ_TString& path) {
+  if (path.Find(u'\0') >= 0) return -1;
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   struct stat status {};
   if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode))) return file;
   close(file);
@@ -75,7 +77,7 @@ class TFileSource : public xercesc::InputSource {
 
   // None when the file cannot be opened, which the parser reports with the file's name.
   xercesc::BinInputStream* makeStream() const override {
-    const int file = OpenPlainFile(file_.c_str());
+    const int file = OpenPlainFile(file_);
     return file < 0 ? nullptr : new TFileStream(file, *parser_);
   }
 
