@@ -19,7 +19,7 @@ if(VEXONAMES_SANITIZE)
   add_link_options(-fsanitize=${VEXONAMES_SANITIZE})
 else()
   # Functions begin on a line of the processor's cache. Where they begin is else up to what stands before them, and with
-  # it how fast they are: the same encoding of a text took up to a third longer from one build to the next.
+  # it how fast they are: the same encoding of a text took a quarter longer from one build to the next.
   add_compile_options(-falign-functions=64)
   add_link_options(-Wl,--as-needed -Wl,--no-undefined -Wl,-Bsymbolic-functions)
 endif()

@@ -1,10 +1,10 @@
 // Asking services within what a call of the TName may ask for.
 #pragma once
 
-#include <chrono>
 #include <mutex>
 
 #include "NQ_EException.h"
+#include "SpentTime.h"
 #include "TName.h"
 #include "VexoNameUtils.h"
 #include "text/Log.h"
@@ -25,13 +25,6 @@ auto VexoNameUtils::Ask(TName& names, Request request) {
     nq::Throw(NQ_EException(limit));
   }
   --budget.queries;
-  struct TStopwatch {  // also of a request that fails
-    std::int64_t& left;
-    const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-    ~TStopwatch() {
-      const auto taken = std::chrono::steady_clock::now() - begin;
-      left -= std::chrono::duration_cast<std::chrono::milliseconds>(taken).count();
-    }
-  } const stopwatch{budget.queryMilliseconds};
+  const templatenames::TSpentTime spent(budget.queryMilliseconds);
   return request();
 }

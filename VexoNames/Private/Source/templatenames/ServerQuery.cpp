@@ -1,13 +1,12 @@
 // TName: values from services. A name's entry says whom to ask ("Host", "Server"), what ("Method", "Params"), and keeps
 // the reply of a cached query as its "Value", with "CacheFilled" beside it.
-#include <chrono>
-
 #include "AttributeKeys.h"
 #include "NQ_EException.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
 #include "NameStore.h"
 #include "ResolveValue.h"
+#include "SpentTime.h"
 #include "TName.h"
 #include "TNameProxyProvider.h"
 #include "text/Log.h"
@@ -117,11 +116,8 @@ bool TName::Query(const NQ_TString& key, const NQ_TDict& entry, NQ_TAny& value) 
     method.BeginsWith("Conditional", 0) ? ResolveParameters(params) : ResolveDependencies(key, params);
   }
   if (budget_.queryMilliseconds <= 0) return LogToken(key, " More time for queries than the limit allows"), false;
-  const auto begin = std::chrono::steady_clock::now();
-  const bool answered = DoQueryRPC(host, server, method, params, value);
-  const auto taken = std::chrono::steady_clock::now() - begin;
-  budget_.queryMilliseconds -= std::chrono::duration_cast<std::chrono::milliseconds>(taken).count();
-  return answered;
+  const templatenames::TSpentTime spent(budget_.queryMilliseconds);
+  return DoQueryRPC(host, server, method, params, value);
 }
 
 void TName::ResolveParameters(NQ_TDict& params) {

@@ -62,7 +62,8 @@ inline bool TSubstitutions::PutTwo(char16_t first, char16_t second, char16_t*& o
 std::size_t TSubstitutions::PutAll(std::u16string_view text, std::size_t at, std::size_t stop, bool others,
                                    char16_t*& out) const {
   char16_t* end = out;  // local: for all that the compiler knows, what is written could lie anywhere
-  do {                  // by twos, and what that does not do by itself; in this form it is compiled to the fastest code
+  // By twos, and one by itself where that does not do. The plainer forms of this loop take up to a tenth longer.
+  do {
     while (at + 1 < stop && PutTwo(text[at], text[at + 1], end)) at += 2;
   } while (at < stop && PutShort(text[at], others, end) && ++at < stop);
   out = end;
