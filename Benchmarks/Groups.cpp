@@ -10,9 +10,9 @@
 #include "Task.h"
 #include "TextTokens.h"
 #include "VexoEngines.h"
-#include "formatting/DateTime.h"
-#include "formatting/FormatNumber.h"
-#include "formatting/FormatText.h"
+#include "formatting/date/DateTime.h"
+#include "formatting/number/FormatNumber.h"
+#include "formatting/text/FormatText.h"
 
 namespace bench {
 namespace {

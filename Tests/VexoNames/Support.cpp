@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "NQ_TBoxed.h"
-#include "ResolveValue.h"
 #include "TreeText.h"
+#include "engine/ResolveValue.h"
 #include "formatting/OptionsText.h"
 
 namespace names_test {

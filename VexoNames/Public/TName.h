@@ -18,14 +18,19 @@
 // Failures: an operation on one name throws NQ_ENoSuchKey with the name when it is not defined; nothing is changed.
 // Define, UnDefine and IsDefined throw nothing. Nothing is stored when an operation throws.
 //
-// Log: one line per event on standard output, when the debug level reaches the line's level: 1 for whole templates, 2
-// for single names and tokens.
+// Log: one line per event on standard output, or to the host's sink (SetLogSink), when the debug level reaches the
+// line's level: 1 for whole templates, 2 for single names and tokens. A few lines are written at every level, 0 too:
+// what the regex stage has to say (no match, no group, an expression that cannot be compiled or searched), formatting
+// options without a known "DataFormat", dates that cannot be read or written, and duplicate, invalid and (on standard
+// error) failed definitions.
 #pragma once
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "NQ_TAny.h"
@@ -97,6 +102,8 @@ class NQ_EXPORT TName {
   /// Cuts the text of a name. The attribute is the token's, empty when it gives none; result holds the input on entry.
   using TStageFunction = bool (*)(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
                                   NQ_TDict* entry, TName* names, NQ_TString& result);
+  /// Takes a line of the log, without its end, and its level: 0 for lines that are written at every debug level.
+  using TLogSink = std::function<void(int level, const std::string& line)>;
   /// Is told of a token before it is looked up; see TNameWarnLookupHandler.
   using TWarnFunction = void (*)(const NQ_TString& key, TName* names);
 
@@ -112,6 +119,10 @@ class NQ_EXPORT TName {
   /// Returns the level before.
   int SetDebugLevel(int level);
   int GetDebugLevel() const;
+  /// Where the log lines of all objects of the process go from now on, those of level 0 and the reports of failed
+  /// definitions included; an empty function for standard output (and standard error), as at the start. The sink is
+  /// called from any thread, often with a registry locked: it should only take the line. Any thread may set one.
+  static void SetLogSink(TLogSink sink);
   void SetLimits(const TNameLimits& limits);
   TNameLimits GetLimits() const;
 

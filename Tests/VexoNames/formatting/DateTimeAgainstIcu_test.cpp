@@ -12,7 +12,7 @@
 #include "NQ_TTime.h"
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/DateTimePatterns.h"
+#include "formatting/date/DateTimePatterns.h"
 
 namespace templatenames {
 namespace {

@@ -1,5 +1,5 @@
 // What dates log, refuse and are kept from; what becomes of values stands in Values.txt.
-#include "formatting/DateTime.h"
+#include "formatting/date/DateTime.h"
 
 #include <gmock/gmock.h>
 #include <unicode/locid.h>
@@ -10,7 +10,7 @@
 
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/DateTimePatterns.h"
+#include "formatting/date/DateTimePatterns.h"
 
 namespace templatenames {
 namespace {
@@ -62,7 +62,7 @@ TEST(DateTime, Log) {
             "{InputDateTimeFormat = UNIX, DateTimeFormat = UNIX}\n"
             "Formatted wall time '0.10000000000000001' into '0'\n"
             "{InputDateTimeFormat = UNIX, DateTimeFormat = UNIX}\n");
-  const string where = " \\(VexoNames/Private/Source/templatenames/formatting/DateTimePatterns.cpp:[0-9]+\\)\n";
+  const string where = " \\(VexoNames/Private/Source/templatenames/formatting/date/DateTimePatterns.cpp:[0-9]+\\)\n";
   EXPECT_THAT(LogOf(0, "InputDateTimeFormat=ISO8601", "yesterday"),
               testing::MatchesRegex("Parsing date 'yesterday' into UTC time failed.  Caused by:\n"
                                     "NQ_EException: Unparseable date: error at index 0 \\[yesterday\\]" +

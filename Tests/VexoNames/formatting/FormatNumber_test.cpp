@@ -1,5 +1,5 @@
 // Numbers by the fast way against numbers by streams; what they should be stands in Values.txt.
-#include "formatting/FormatNumber.h"
+#include "formatting/number/FormatNumber.h"
 
 #include <cfenv>
 #include <cmath>
@@ -8,8 +8,8 @@
 
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/NumberByStreams.h"
-#include "formatting/PlainNumber.h"
+#include "formatting/number/NumberByStreams.h"
+#include "formatting/number/PlainNumber.h"
 
 namespace templatenames {
 namespace {

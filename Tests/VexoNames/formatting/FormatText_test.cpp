@@ -1,5 +1,5 @@
 // Texts by the fast ways against the obvious ones, and what lists of pairs may do; the rest stands in Values.txt.
-#include "formatting/FormatText.h"
+#include "formatting/text/FormatText.h"
 
 #include <boost/regex.hpp>
 #include <random>
@@ -7,7 +7,7 @@
 #include "NQ_TURL.h"
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/Rewriting.h"
+#include "formatting/text/Rewriting.h"
 
 namespace templatenames {
 namespace {

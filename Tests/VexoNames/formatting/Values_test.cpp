@@ -8,10 +8,10 @@
 #include "NQ_TTime.h"
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/DateTime.h"
-#include "formatting/FormatNumber.h"
-#include "formatting/FormatText.h"
-#include "formatting/NumberByStreams.h"
+#include "formatting/date/DateTime.h"
+#include "formatting/number/FormatNumber.h"
+#include "formatting/number/NumberByStreams.h"
+#include "formatting/text/FormatText.h"
 
 namespace names_test {
 namespace {

@@ -18,7 +18,7 @@ TEST(Log, NumbersAreTheSameInEveryLocale) {
   NQ_EException error("m");
   error.__PREPARE_FOR_THROW__(12345, "f.cpp");
   names_test::Output output;
-  Log(1234567, ' ', NQ_TAny(1234567), ' ', error);
+  Log(0, 1234567, ' ', NQ_TAny(1234567), ' ', error);
   std::ostringstream grouping;
   grouping << error << ' ' << 12345;
   std::locale::global(before);

@@ -4,9 +4,9 @@
 #include <mutex>
 
 #include "NQ_EException.h"
-#include "SpentTime.h"
 #include "TName.h"
 #include "VexoNameUtils.h"
+#include "engine/SpentTime.h"
 #include "text/Log.h"
 
 // A thread that holds the registry's lock while a template is resolved is the one that resolves it.
@@ -21,7 +21,7 @@ auto VexoNameUtils::Ask(TName& names, Request request) {
   if (budget.queries <= 0 || budget.queryMilliseconds <= 0) {
     const char* const limit = budget.queries <= 0 ? "More queries than the limit allows"  //
                                                   : "More time for queries than the limit allows";
-    if (names.Logs(2)) templatenames::Log("VexoNameUtils: ", limit);
+    if (names.Logs(2)) templatenames::Log(2, "VexoNameUtils: ", limit);
     nq::Throw(NQ_EException(limit));
   }
   --budget.queries;

@@ -34,14 +34,14 @@ void VexoNameUtils::DefineSystemVexoNames(TName& names, const NQ_TString& taskNa
   CFS_TProxy* const cfs = cfs_;
   if (cfs == nullptr) return;
   const NQ_TTime begin;
-  if (debugLevel_ > 0) Log("Defining Global VexoNames");
+  if (debugLevel_ > 0) Log(1, "Defining Global VexoNames");
   const NQ_TString root = NQ_TString("/Resources/") + cfs->GetServerTreeName() + "/";
   for (const auto& row : kLists) {
     if (row.scope == nullptr && taskName.Empty()) continue;
     const NQ_TString scope = row.scope == nullptr ? taskName : NQ_TString(row.scope);
     DefineVexoNames(names, *cfs, root + row.list + "/" + scope, row.user);
   }
-  if (debugLevel_ > 0) Log("Defined Global VexoNames in ", NQ_TTime() - begin);
+  if (debugLevel_ > 0) Log(1, "Defined Global VexoNames in ", NQ_TTime() - begin);
 }
 
 bool VexoNameUtils::DefineVexoNames(TName& names, CFS_TProxy& cfs, const NQ_TString& listPath, bool user) {
@@ -64,11 +64,11 @@ bool VexoNameUtils::DefineVexoNames(TName& names, CFS_TProxy& cfs, const NQ_TStr
 
 // Resources after one whose definitions failed are read, so that they are kept for others, but not defined.
 bool VexoNameUtils::DefineResource(TName& names, CFS_TProxy& cfs, const NQ_TString& resource, bool user, bool defines) {
-  if (debugLevel_ > 1) Log("TName::Define: Template resource = ", resource);
+  if (debugLevel_ > 1) Log(2, "TName::Define: Template resource = ", resource);
   const NQ_TString path = NQ_TString("/Resources/") + resource;
   const NQ_TTime begin;
   const NQ_TTree& tree = GetCachedTree(cfs, path, user);
-  if (debugLevel_ > 0) Log("CFS Get of ", path, " took ", NQ_TTime() - begin);
+  if (debugLevel_ > 0) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
   return defines && names.Define(tree, path, user);
 }
 

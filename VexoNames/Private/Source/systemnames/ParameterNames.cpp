@@ -1,12 +1,12 @@
 // VexoNameUtils: names of the parameters of jobs, products and parts.
 #include "Asking.h"
-#include "AttributeKeys.h"
 #include "Handlers.h"
 #include "NQ_TArray.h"
 #include "NameGroups.h"
-#include "NameStore.h"
 #include "Reading.h"
 #include "Requests.h"
+#include "engine/AttributeKeys.h"
+#include "engine/NameStore.h"
 
 using systemnames::Attempt;
 using systemnames::DefineParameter;

@@ -64,7 +64,7 @@ void SetJobFolder(TName& names, const NQ_TURL& input) {
 
 void VexoNameUtils::ResetVexoNames(TName& names, const TContext& context) {
   const NQ_TTime begin;
-  if (debugLevel_ > 0) Log("Resetting VexoNames");
+  if (debugLevel_ > 0) Log(1, "Resetting VexoNames");
   names.ClearCaches();
   SetRaw(names, "filespec", context.input);
   const NQ_TString jobId = ResetJob(names, context);
@@ -78,7 +78,7 @@ void VexoNameUtils::ResetVexoNames(TName& names, const TContext& context) {
   RedefineParameterVexoNames(names, context, jobId);
   SetLookupHandlers(names);
   if (jobId.Empty()) SetJobFolder(names, context.input);
-  if (debugLevel_ > 0) Log("Reset VexoNames in ", NQ_TTime() - begin);
+  if (debugLevel_ > 0) Log(1, "Reset VexoNames in ", NQ_TTime() - begin);
 }
 
 void VexoNameUtils::RedefineParameterVexoNames(TName& names, const TContext& context, const NQ_TString& jobId) const {

@@ -22,15 +22,15 @@ NQ_TString NameOf(const NQ_TString& parameter) { return TName::Encode(NQ_TString
 void UpdateWorkflowParameterFromXML(int debugLevel, const NQ_TURL& file, const NQ_TString& parameter, TName& names,
                                     const xercesc::DOMElement* root) {
   try {
-    if (debugLevel > 5) Log("Looking up Workflow Parameter ", parameter);
+    if (debugLevel > 5) Log(6, "Looking up Workflow Parameter ", parameter);
     NQ_TString value;
     if (!xmlvalues::LookupXMLValue(root, parameter, value)) return;
-    if (debugLevel > 3) Log("Updating Workflow Parameter ", parameter, " with value=", value, " from ", file);
+    if (debugLevel > 3) Log(4, "Updating Workflow Parameter ", parameter, " with value=", value, " from ", file);
     names.SetValue(NameOf(parameter), value);
   } catch (const NQ_EException& error) {
-    Log("Lookup of '", parameter, "' in ", file, " failed\n", error);
+    Log(0, "Lookup of '", parameter, "' in ", file, " failed\n", error);
   } catch (...) {
-    Log("Lookup of '", parameter, "' in ", file, " failed");
+    Log(0, "Lookup of '", parameter, "' in ", file, " failed");
   }
 }
 
@@ -64,15 +64,15 @@ bool VexoNameUtils::LookupLiveXMLWorkflowParameter(const NQ_TString& key, NQ_TDi
     value = names.GetValue(key);
     return true;
   } catch (const NQ_EException& error) {
-    Log("Looking up XML Workflow Parameters failed.  Caused by:\n", error);
+    Log(0, "Looking up XML Workflow Parameters failed.  Caused by:\n", error);
   } catch (...) {
-    Log("Looking up XML Workflow Parameters failed.  Caused by:");
+    Log(0, "Looking up XML Workflow Parameters failed.  Caused by:");
   }
   return false;
 }
 
 void VexoNameUtils::CalculateLiveWFPVexoNames(const NQ_TDict& parameters, TName& names) const {
-  if (debugLevel_ > 0) Log("Resolving XML Workflow Parameters");
+  if (debugLevel_ > 0) Log(1, "Resolving XML Workflow Parameters");
   const NQ_TList keys = names.GetTNames();
   for (NQ_TConstIterator i(keys); !i.IsDone(); i.Next()) {
     const auto& key = *i.Value().As<NQ_TString>();
@@ -88,7 +88,7 @@ void VexoNameUtils::UpdateWorkflowParametersFromXML(const NQ_TURL& file, const N
                                                     TName& names) const {
   try {
     static const xmlvalues::TXMLPlatform platform;
-    if (debugLevel_ > 1) Log("Looking up XML Workflow Parameters in ", file);
+    if (debugLevel_ > 1) Log(2, "Looking up XML Workflow Parameters in ", file);
     const xmlvalues::TDocument document(xmlvalues::LoadXMLDocument(file, names.GetLimits()));
     for (NQ_TConstIterator i(parameters); !i.IsDone(); i.Next()) {
       const NQ_TString parameter = i.Key();
@@ -96,8 +96,8 @@ void VexoNameUtils::UpdateWorkflowParametersFromXML(const NQ_TURL& file, const N
         UpdateWorkflowParameterFromXML(debugLevel_, file, parameter, names, document->getDocumentElement());
     }
   } catch (const NQ_EException& error) {
-    Log("Failed to update Workflow Parameter values from '", file, "'.  Caused by:\n", error);
+    Log(0, "Failed to update Workflow Parameter values from '", file, "'.  Caused by:\n", error);
   } catch (...) {
-    Log("Failed to update Workflow Parameter values from ", file);
+    Log(0, "Failed to update Workflow Parameter values from ", file);
   }
 }
