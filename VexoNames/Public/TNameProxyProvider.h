@@ -31,8 +31,6 @@ class NQ_EXPORT TNameProxyProvider {
   std::shared_ptr<NQM_TClient> GetClient(const NQ_TString& host, const NQ_TString& server);
 
  private:
-  friend class TName;
-
   using TKey = std::pair<NQ_TString, NQ_TString>;  // host, server
 
   static std::shared_ptr<NQM_TClient> Create(const NQ_TString& host, const NQ_TString& server);

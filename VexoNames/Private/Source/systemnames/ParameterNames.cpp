@@ -6,7 +6,7 @@
 #include "Reading.h"
 #include "Requests.h"
 #include "engine/AttributeKeys.h"
-#include "engine/NameStore.h"
+#include "engine/Engine.h"
 
 using systemnames::Attempt;
 using systemnames::DefineParameter;
@@ -62,8 +62,8 @@ void VexoNameUtils::SetWarnLookupHandler(TName& names) const { names.SetWarnLook
 
 // Walks over the entries themselves: a template may hold any number of tokens that no name is defined for.
 bool VexoNameUtils::HasCategory(const TName& names, const NQ_TString& category) {
-  const std::lock_guard guard(names.lock_);
-  for (NQ_TConstIterator i(names.names_->Names()); !i.IsDone(); i.Next()) {
+  const std::lock_guard guard(names.Engine().lock);
+  for (NQ_TConstIterator i(names.Engine().store.Names()); !i.IsDone(); i.Next()) {
     const auto* const found = i.Value().As<templatenames::TEntry>()->Get<NQ_TString>(templatenames::Keys().category);
     if (found != nullptr && *found == category) return true;
   }

@@ -11,7 +11,7 @@
 #include "NQ_TBoxed.h"
 #include "TName.h"
 #include "engine/AttributeKeys.h"
-#include "engine/NameStore.h"
+#include "engine/Engine.h"
 #include "text/Log.h"
 
 using templatenames::Keys;
@@ -78,12 +78,12 @@ bool TName::DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TStri
   const NQ_TAny list = ValueAt(cfs, scope);
   bool ok = true;
   for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(list, scope))) {
-    if (Logs(2)) Log(2, "TName::Define: Template resource = ", resource);
+    if (engine_->Logs(2)) Log(2, "TName::Define: Template resource = ", resource);
     const NQ_TString path = InResources(resource);
     if (name == u"*") {
       const NQ_TTime begin;
       const NQ_TAny tree = ValueAt(cfs, path);
-      if (Logs(1)) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
+      if (engine_->Logs(1)) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
       ok = ok && Define(Held<NQ_TTree>(tree, path), path, userDefined);
     } else {
       const NQ_TString place = path + "/" + name;
@@ -99,9 +99,9 @@ bool TName::DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined) 
   const NQ_TAny listing = ValueAt(cfs, set);
   std::set<NQ_TString> paths;
   for (NQ_TConstIterator i(Held<NQ_TTree>(listing, set)); !i.IsDone(); i.Next()) {
-    if (Logs(2)) Log(2, "TName::Define: Template resource name = ", i.Key());
+    if (engine_->Logs(2)) Log(2, "TName::Define: Template resource name = ", i.Key());
     for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(i.Value(), set))) {
-      if (Logs(2)) Log(2, "TName::Define: Template resource =      ", resource);
+      if (engine_->Logs(2)) Log(2, "TName::Define: Template resource =      ", resource);
       paths.insert(InResources(resource));
     }
   }
@@ -120,14 +120,14 @@ bool TName::DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined) 
 // ---- localization files
 
 void TName::SetDefaultLocalizationFile(const NQ_TString& file) {
-  if (Logs(2)) Log(2, "TName::SetDefaultLocalizationFile: FileName = \"", file, '"');
-  const std::lock_guard guard(lock_);
-  defaultLocalizationFile_ = file;
+  if (engine_->Logs(2)) Log(2, "TName::SetDefaultLocalizationFile: FileName = \"", file, '"');
+  const std::lock_guard guard(engine_->lock);
+  engine_->defaultLocalizationFile = file;
 }
 
 NQ_TString TName::GetDefaultLocalizationFile() const {
-  const std::lock_guard guard(lock_);
-  return defaultLocalizationFile_;
+  const std::lock_guard guard(engine_->lock);
+  return engine_->defaultLocalizationFile;
 }
 
 void TName::SetLocalizationFile(const NQ_TString& key, const NQ_TString& file) {
@@ -139,10 +139,10 @@ const NQ_TString& TName::GetLocalizationFile(const NQ_TString& key) const {
 }
 
 NQ_TList TName::GetLocalizationFiles() const {
-  if (Logs(2)) Log(2, "TName::GetLocalizationFiles: method called");
-  const std::lock_guard guard(lock_);
+  if (engine_->Logs(2)) Log(2, "TName::GetLocalizationFiles: method called");
+  const std::lock_guard guard(engine_->lock);
   NQ_TDict files;
-  for (NQ_TConstIterator i(names_->Names()); !i.IsDone(); i.Next()) {
+  for (NQ_TConstIterator i(engine_->store.Names()); !i.IsDone(); i.Next()) {
     const NQ_TString& file = GetLocalizationFile(i.Key());
     if (!file.Empty()) files.Add(file, NQ_TAny());
   }

@@ -11,6 +11,7 @@
 #include "NQ_TBoxed.h"
 #include "TName.h"
 #include "engine/AttributeKeys.h"
+#include "engine/Engine.h"
 #include "text/Log.h"
 
 using templatenames::Keys;
@@ -144,7 +145,7 @@ bool TName::Define(const NQ_TString& name, const NQ_TTree& definition, bool user
 }
 
 TName::TRecordResult TName::DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined) {
-  const std::lock_guard guard(lock_);
+  const std::lock_guard guard(engine_->lock);
   if (IsDefined(name)) return SetError(TName_ErrorAlreadyDefined), TRecordResult::Duplicate;
   try {
     const auto* const word = Found<NQ_TString>(definition, &TAttributeKeys::type);
@@ -162,7 +163,7 @@ TName::TRecordResult TName::DefineRecord(const NQ_TString& name, const NQ_TTree&
     for (const auto& [key, set] : kAttributes) {
       if (const NQ_TAny* const value = definition.ValueOfKey(Keys().*key)) set(*this, name, key, *value);
     }
-    SetLocalizationFile(name, FoundOr(definition, &TAttributeKeys::localizationFile, defaultLocalizationFile_));
+    SetLocalizationFile(name, FoundOr(definition, &TAttributeKeys::localizationFile, engine_->defaultLocalizationFile));
     SetUserDefined(name, userDefined);
     SetQuery(*this, name, definition);
     return TRecordResult::Defined;
@@ -187,6 +188,6 @@ bool TName::Define(const NQ_TTree& definitions, const NQ_TString& source, bool u
     ok = result != TRecordResult::Failed;
     if (ok) ++count;
   }
-  if (Logs(1)) Log(1, "Defined ", count, " VexoNames from ", source);
+  if (engine_->Logs(1)) Log(1, "Defined ", count, " VexoNames from ", source);
   return ok;
 }

@@ -48,6 +48,8 @@ class TPrintfFormat {
   /// For a format of the kind Integer.
   void AppendInteger(std::int32_t value, NQ_TString& out) const;
 
+  /// Whether the value is written: the format has a conversion.
+  bool WritesValue() const { return conversion_ != 0; }
   /// Whether the format is exactly "%s" or "%d".
   bool IsPlain() const { return plain_; }
 
