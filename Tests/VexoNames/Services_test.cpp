@@ -6,12 +6,10 @@
 #include <ctime>
 #include <regex>
 #include <sstream>
-#include <thread>
 
 #include "CFS/Server/cfs_tproxy.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
-#include "NQ_TSocket.h"
 #include "Support.h"
 #include "TNameProxyProvider.h"
 #include "TreeText.h"
@@ -284,57 +282,6 @@ double SecondsToLoad(int count) {
 
 // Ten times the names take about ten times as long; work that grows with the square would take a hundred times.
 TEST(Services, DefinitionsLoadInLinearTime) { EXPECT_LT(SecondsToLoad(20'000), 35 * SecondsToLoad(2'000)); }
-
-// ---- shared clients
-
-TEST(ProxyProvider, SharesClientsByHostAndServer) {
-  const std::string local = Text(NQ_TSocket::HostName(false));
-  const struct {
-    std::string host, server, otherHost, otherServer;
-    bool shared;
-  } rows[] = {
-      {"h", "s", "h", "s", true},       {"Host", "s", "hOST", "s", true},
-      {"", "s", local, "s", true},      {"h", "s", "h", "S", false},
-      {"h", "#80", "h", "#080", false}, {"h", "s", "g", "s", false},
-      {"h", "s", "hs", "", false},      {"", "s", "localhost", "s", local == "localhost"},
-  };
-  for (const auto& row : rows) {
-    TNameProxyProvider provider;
-    const auto client = provider.GetClient(S(row.host), S(row.server));
-    EXPECT_EQ(client == provider.GetClient(S(row.otherHost), S(row.otherServer)), row.shared)
-        << row.host << ' ' << row.server << ' ' << row.otherHost << ' ' << row.otherServer;
-    EXPECT_EQ(client->ConnectionAddress().host, S(row.host));
-  }
-}
-
-TEST(ProxyProvider, KeepsTheFirstClientUntilItIsForgotten) {
-  TNameProxyProvider provider;
-  const auto first = std::make_shared<NQM_TClient>();
-  provider.AddClient("H", "s", first);
-  provider.AddClient("h", "s", std::make_shared<NQM_TClient>());
-  EXPECT_EQ(provider.GetClient("h", "s"), first);
-  provider.AddClient("h", "other", nullptr);
-  provider.AddClient("h", "s", nullptr);
-  EXPECT_EQ(first.use_count(), 1);
-  EXPECT_NE(provider.GetClient("h", "s"), nullptr);
-  EXPECT_NE(provider.GetClient("h", "s"), first);
-}
-
-TEST(ProxyProvider, IsUsedByManyThreads) {
-  TNameProxyProvider provider;
-  const auto client = provider.GetClient("h", "s");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.emplace_back([&] {
-      for (int i = 0; i < Scaled(2000); ++i) {
-        const NQ_TString server = NQ_TString::Format("%d", i);
-        EXPECT_EQ(provider.GetClient("H", "s"), client);
-        EXPECT_NE(provider.GetClient("h", server), nullptr);
-        provider.AddClient("h", server, nullptr);
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
-}
 
 }  // namespace
 }  // namespace names_test
