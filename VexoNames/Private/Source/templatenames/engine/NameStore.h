@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "engine/CategoryIndex.h"
 #include "engine/Entry.h"
 #include "engine/KeptTemplates.h"
 #include "engine/KeptTokens.h"
@@ -28,6 +29,7 @@ class TNameStore {
   /// For walking over the names in the order of their definition.
   const NQ_TDict& Names() const { return names_; }
 
+  TCategoryIndex& Categories() { return categories_; }
   TKeptTemplates& Templates() { return templates_; }
   TKeptTokens& Tokens() { return tokens_; }
   /// An empty string, for a text on its way to the result; it keeps its memory for the next one.
@@ -47,6 +49,7 @@ class TNameStore {
 
   NQ_TDict names_{128};  // name to entry
   std::uint64_t version_ = 1;
+  TCategoryIndex categories_{*this};
   TKeptTemplates templates_;
   TKeptTokens tokens_;
   NQ_TString text_;

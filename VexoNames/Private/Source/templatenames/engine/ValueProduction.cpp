@@ -63,6 +63,7 @@ bool TName::ProduceValue(TToken& token, NQ_TString& result, int& count) {
   TEntry* const entry = FindEntry(token);
   if (entry == nullptr) return LogToken(key, " not present"), false;
   const TPin pin(*names_, *entry);
+  const templatenames::TCategoryIndex::THandedOut handedOut(names_->Categories(), *entry);
   NQ_TAny value;
   if (!LookUp(key, *entry, value)) return false;
   const std::int64_t before = budget_.characters;

@@ -244,7 +244,9 @@ void TName::SetStringAttribute(std::string_view operation, std::string_view labe
 }
 
 void TName::SetCategory(const NQ_TString& key, const NQ_TString& value) {
+  const std::lock_guard guard(lock_);
   SetStringAttribute("SetCategory", "Category", key, Keys().category, value);
+  names_->Categories().LookAt(FindEntry(key));
 }
 
 const NQ_TString& TName::GetCategory(const NQ_TString& key) const { return GetStringAttribute(key, Keys().category); }
