@@ -98,6 +98,7 @@ class Case {
   CFS_TProxy cfs_;
   TName names_;
   std::string reply_;    // to all requests when it is not empty
+  bool down_ = false;    // no service answers
   std::string several_;  // to those for several paths
   std::string given_;    // by the last operation
   int calls_ = 0;
@@ -115,6 +116,7 @@ NQ_TAny Case::At(const NQ_TString& path) const {
 NQ_TAny Case::Reply(const NQ_TDict& request) {
   const std::string method = Text(request.At("M"));
   ++calls_;
+  if (down_) nq::Throw(NQ_EException("there is no answer"));
   if (!reply_.empty()) return Value(reply_);
   if (method.starts_with("Fail")) nq::Throw(NQ_EException("refused", S(method)));
   if (method == "Odd") throw std::runtime_error("odd");
@@ -169,6 +171,12 @@ const Case::TStep Case::kSteps[] = {
     {"root ", [](Case& at, const std::string& path) { at.cfs_.AddCacheRoot(S(path)); }},
     {"debug ", [](Case& at, const std::string& level) { at.names_.SetDebugLevel(stoi(level)); }},
     {"error ", [](Case& at, const std::string& code) { at.names_.SetError(TName::TName_Error(stoi(code))); }},
+    {"down", [](Case& at, const std::string&) { at.down_ = true; }},
+    {"reason",
+     [](Case& at, const std::string&) {
+       const NQ_TString reason = at.names_.GetErrorReason();
+       at.given_ = reason.Empty() ? "none" : Text(reason);
+     }},
     {"clear ", [](Case& at, const std::string& key) { at.names_.ClearCache(S(key)); }},
     {"clear all", [](Case& at, const std::string&) { at.names_.ClearCaches(); }},
     {"kept ", [](Case& at, const std::string& key) { at.given_ = at.names_.HasValue(S(key)) ? "kept" : "none"; }},

@@ -52,6 +52,7 @@ class TNameProxyProvider;
 namespace templatenames {
 class TEntry;
 class TNameStore;
+struct TDefinitionOutcome;
 struct TEntrySlots;
 struct TKeptTemplate;
 struct TMarkers;
@@ -262,17 +263,21 @@ class NQ_EXPORT TName {
 
   /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
   /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
-  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
-  /// tells why.
+  /// when a key holds a value of another class than it takes: the name then stays as far as it got, standard error
+  /// tells why, and the error code stays as it was. `GetErrorReason` tells in all cases.
   bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  /// Why the last definition failed, in one sentence: which record of which resource, what was found there, and what
+  /// belongs there; of a resource that could not be read, which one and why. A duplicate in a tree, which is passed
+  /// over, counts too. Empty when nothing has failed since the start or `SetError(TName_ErrorNone)`.
+  NQ_TString GetErrorReason() const;
 
   // ---- ConfigurationDefinitions.cpp: names from the configuration server
 
   /// Defines what the configuration server holds for a name set: the names of one scope, or of all with "*"; of one
   /// scope only the given name unless that is "*". False when something could not be read or defined; what was defined
   /// before that stays. Several resources may hold the same name: with "*" the first one counts, and the others are
-  /// said on standard output; a name that is asked for alone gives false then. Throws nothing. Reads without locking
-  /// the registry.
+  /// said on standard output; a name that is asked for alone gives false then. Throws nothing; `GetErrorReason` tells
+  /// which resource or record it was. Reads without locking the registry.
   bool Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
               const NQ_TString& name, bool userDefined);
   /// The same from the server "CFS" on the host that the environment variable NQ_SERVER names; the local one when it is
@@ -405,11 +410,13 @@ class NQ_EXPORT TName {
   void ResolveDependencies(const NQ_TString& key, NQ_TDict& params);
 
   // DefinitionRecords.cpp
-  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
-  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  templatenames::TDefinitionOutcome DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
   bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
+  bool NoteOutcome(const templatenames::TDefinitionOutcome& outcome, const NQ_TString& source = {});
 
   // ConfigurationDefinitions.cpp
+  template <class Action>
+  bool DefineOrTell(Action action);
   bool DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined);
   bool DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined);
   void SetDefaultLocalizationFile(const NQ_TString& file);
@@ -419,6 +426,7 @@ class NQ_EXPORT TName {
   std::atomic<int> debugLevel_{0};
   std::unique_ptr<templatenames::TNameStore> names_;
   TName_Error error_ = TName_ErrorNone;
+  NQ_TString errorReason_;
   TLookupFunction userLookup_ = nullptr;
   TWarnFunction warnFunction_ = nullptr;
   TNameWarnLookupHandler* warnObject_ = nullptr;

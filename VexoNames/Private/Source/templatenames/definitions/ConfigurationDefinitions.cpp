@@ -6,37 +6,26 @@
 #include <set>
 #include <vector>
 
-#include "CFS/Server/cfs_tproxy.h"
 #include "NQ_TArray.h"
-#include "NQ_TBoxed.h"
 #include "TName.h"
+#include "definitions/ConfigurationServer.h"
+#include "definitions/DefinitionOutcome.h"
+#include "definitions/Held.h"
 #include "engine/AttributeKeys.h"
 #include "engine/NameStore.h"
 #include "text/Log.h"
 
+using templatenames::Held;
 using templatenames::Keys;
+using templatenames::ListIn;
 using templatenames::Log;
+using templatenames::RecordsIn;
 
 namespace {
 
-const NQ_TString& ReadMethod() {
-  static const NQ_TString method("[]");
-  return method;
-}
-
 NQ_TString InResources(const NQ_TString& path) { return NQ_TString("/Resources/") + path; }
 
-/// What is at the path: kept by the proxy, else asked for.
-NQ_TAny ValueAt(CFS_TProxy& cfs, const NQ_TString& path) {
-  const NQ_TAny& kept = cfs.GetCached(path, false);
-  return kept.IsIllegal() ? cfs.Call(ReadMethod(), path, false) : kept;
-}
-
-template <class T>
-const T& Held(const NQ_TAny& value, const NQ_TString& path) {
-  if (const auto* held = value.As<T>()) return *held;
-  nq::Throw(NQ_EIllegalCastFromAny(path + " holds no " + T::NQ_ClassName(), value));
-}
+NQ_TAny Read(CFS_TProxy& cfs, const NQ_TString& path) { return templatenames::ReadPath(cfs, path, false); }
 
 /// The resources of a list. An empty piece, such as after a comma at the end, names none.
 std::vector<NQ_TString> ResourcesIn(const NQ_TString& list) {
@@ -54,41 +43,47 @@ std::vector<NQ_TString> ResourcesIn(const NQ_TString& list) {
 
 bool TName::Define(const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
                    const NQ_TString& name, bool userDefined) {
-  try {
+  return DefineOrTell([&] {
     const char* const host = std::getenv("NQ_SERVER");
     CFS_TProxy cfs;
     cfs.SetConnectionAddress(host == nullptr ? "" : host, "CFS", 0, TLocationMode_Default);
     return Define(cfs, serverTree, nameSet, scope, name, userDefined);
-  } catch (...) {
-    return false;
-  }
+  });
 }
 
 bool TName::Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
                    const NQ_TString& name, bool userDefined) {
-  try {
+  return DefineOrTell([&] {
     const NQ_TString set = InResources(serverTree + "/" + nameSet);
     return scope == u"*" ? DefineSet(cfs, set, userDefined) : DefineScope(cfs, set + "/" + scope, name, userDefined);
+  });
+}
+
+/// What the action gives; false for anything that it throws, with the reason.
+template <class Action>
+bool TName::DefineOrTell(Action action) {
+  try {
+    return action();
   } catch (...) {
-    return false;
+    return NoteOutcome({TName_ErrorNone, templatenames::ReasonInHand()});
   }
 }
 
 bool TName::DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined) {
-  const NQ_TAny list = ValueAt(cfs, scope);
+  const NQ_TAny list = Read(cfs, scope);
   bool ok = true;
-  for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(list, scope))) {
+  for (const NQ_TString& resource : ResourcesIn(ListIn(list, scope))) {
     if (Logs(2)) Log(2, "TName::Define: Template resource = ", resource);
     const NQ_TString path = InResources(resource);
     if (name == u"*") {
       const NQ_TTime begin;
-      const NQ_TAny tree = ValueAt(cfs, path);
+      const NQ_TAny tree = Read(cfs, path);
       if (Logs(1)) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
-      ok = ok && Define(Held<NQ_TTree>(tree, path), path, userDefined);
+      ok = ok && Define(RecordsIn(tree, path), path, userDefined);
     } else {
       const NQ_TString place = path + "/" + name;
-      const NQ_TAny record = ValueAt(cfs, place);
-      ok = Define(name, Held<NQ_TTree>(record, place), userDefined);
+      const NQ_TAny record = Read(cfs, place);
+      ok = NoteOutcome(DefineRecord(name, Held<NQ_TTree>(record, place, "a record"), userDefined), path);
     }
   }
   return ok;
@@ -96,24 +91,24 @@ bool TName::DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TStri
 
 // All scopes of a name set: their resources are read at once, each of them once.
 bool TName::DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined) {
-  const NQ_TAny listing = ValueAt(cfs, set);
+  const NQ_TAny listing = Read(cfs, set);
   std::set<NQ_TString> paths;
-  for (NQ_TConstIterator i(Held<NQ_TTree>(listing, set)); !i.IsDone(); i.Next()) {
+  for (NQ_TConstIterator i(Held<NQ_TTree>(listing, set, "a tree of lists")); !i.IsDone(); i.Next()) {
     if (Logs(2)) Log(2, "TName::Define: Template resource name = ", i.Key());
-    for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(i.Value(), set))) {
+    for (const NQ_TString& resource : ResourcesIn(ListIn(i.Value(), set + "/" + i.Key()))) {
       if (Logs(2)) Log(2, "TName::Define: Template resource =      ", resource);
       paths.insert(InResources(resource));
     }
   }
   NQ_TArray asked;
   for (const NQ_TString& path : paths) asked.Add(path);
-  const NQ_TAny reply = cfs.Call(ReadMethod(), asked, false);
+  const NQ_TAny reply = templatenames::ReadPaths(cfs, asked, set);
   const auto* const trees = reply.As<NQ_TDict>();
   if (trees == nullptr) return true;
   std::set<NQ_TString> replied;  // in an order that does not depend on the server
   for (NQ_TConstIterator i(*trees); !i.IsDone(); i.Next()) replied.insert(i.Key());
   bool ok = true;
-  for (const NQ_TString& path : replied) ok = ok && Define(Held<NQ_TTree>(trees->At(path), path), path, userDefined);
+  for (const NQ_TString& path : replied) ok = ok && Define(RecordsIn(trees->At(path), path), path, userDefined);
   return ok;
 }
 

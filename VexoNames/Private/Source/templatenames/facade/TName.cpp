@@ -20,6 +20,7 @@ TName::~TName() = default;
 void TName::SetError(TName_Error error) {
   const std::lock_guard guard(lock_);
   error_ = error;
+  if (error == TName_ErrorNone) errorReason_.Clear();
 }
 
 TName::TName_Error TName::GetError() const {
