@@ -49,6 +49,10 @@
 class CFS_TProxy;
 class TNameProxyProvider;
 
+namespace systemnames {
+class TEngineAccess;
+}  // namespace systemnames
+
 namespace templatenames {
 class TEntry;
 class TNameStore;
@@ -291,7 +295,7 @@ class NQ_EXPORT TName {
   NQ_TList GetLocalizationFiles() const;
 
  private:
-  friend class VexoNameUtils;  // defines the names of a tree
+  friend class systemnames::TEngineAccess;
   class TRun;
   class TQuiet;
 
