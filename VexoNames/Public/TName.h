@@ -29,7 +29,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -282,17 +281,21 @@ class NQ_EXPORT TName {
 
   /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
   /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
-  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
-  /// tells why.
+  /// when a key holds a value of another class than it takes: the name then stays as far as it got, standard error
+  /// tells why, and the error code stays as it was. `GetErrorReason` tells in all cases.
   bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  /// Why the last definition failed, in one sentence: which record of which resource, what was found there, and what
+  /// belongs there; of a resource that could not be read, which one and why. A duplicate in a tree, which is passed
+  /// over, counts too. Empty when nothing has failed since the start or `SetError(TName_ErrorNone)`.
+  NQ_TString GetErrorReason() const;
 
   // ---- ConfigurationDefinitions.cpp: names from the configuration server
 
   /// Defines what the configuration server holds for a name set: the names of one scope, or of all with "*"; of one
   /// scope only the given name unless that is "*". False when something could not be read or defined; what was defined
   /// before that stays. Several resources may hold the same name: with "*" the first one counts, and the others are
-  /// said on standard output; a name that is asked for alone gives false then. Throws nothing. Reads without locking
-  /// the registry.
+  /// said on standard output; a name that is asked for alone gives false then. Throws nothing; `GetErrorReason` tells
+  /// which resource or record it was. Reads without locking the registry.
   bool Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
               const NQ_TString& name, bool userDefined);
   /// The same from the server "CFS" on the host that the environment variable NQ_SERVER names; the local one when it is
@@ -306,22 +309,5 @@ class NQ_EXPORT TName {
   NQ_TList GetLocalizationFiles() const;
 
  private:
-  friend class VexoNameUtils;  // defines the names of a tree
-  // DefinitionRecords.cpp
-  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
-  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
-  bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
-
-  // ConfigurationDefinitions.cpp
-  bool DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined);
-  bool DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined);
-  void SetDefaultLocalizationFile(const NQ_TString& file);
-  void SetLocalizationFile(const NQ_TString& key, const NQ_TString& file);
-  const NQ_TString& GetStringAttribute(const NQ_TString& key, const NQ_TString& attribute) const;
-  void SetStringAttribute(std::string_view operation, std::string_view label, const NQ_TString& key,
-                          const NQ_TString& attribute, const NQ_TString& value);
-  void StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types);
-  int Count(const NQ_TString& key, int step);
-
   std::unique_ptr<templatenames::TEngine> engine_;
 };

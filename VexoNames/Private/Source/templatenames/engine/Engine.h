@@ -53,6 +53,7 @@ struct TEngine {
   TNameLimits limits;
   TBudget budget;
   TName::TName_Error error = TName::TName_ErrorNone;
+  NQ_TString errorReason;     // why the last definition failed
   NQ_TString serviceFailure;  // what the last request that failed had to say; a token that fails for it tells it
   NQ_TString defaultLocalizationFile{"templates"};
   std::shared_ptr<TNameProxyProvider> proxyProvider;

@@ -169,6 +169,8 @@ class TEvaluator {
   /// Runs code of the caller's.
   template <class TAction>
   bool Foreign(TAction action);
+  template <class TAction>
+  bool ForeignWith(const NQ_TDict& entry, TAction action);
 
   // ---- failing
 

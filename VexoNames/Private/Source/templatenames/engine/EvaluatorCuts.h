@@ -39,7 +39,7 @@ bool TEvaluator<TObserver>::CutByHandler(TName::TStageFunction function, const T
   if constexpr (!TObserver::kCalls) return text.SetUnknown(), true;
   const NQ_TString input(text.View());
   NQ_TString result = input;
-  const bool ok = Foreign([&] {
+  const bool ok = ForeignWith(entry, [&] {
     return function(NQ_TString(stage.key), input, NQ_TString(stage.attribute), &entry, &engine_.names, result);
   });
   if (!ok) return Fail(stage.key, {}, [&] { return HandlerProblem(stage.problem, stage.key); });

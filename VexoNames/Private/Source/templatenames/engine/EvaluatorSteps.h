@@ -33,6 +33,14 @@ bool TEvaluator<TObserver>::Foreign(TAction action) {
   }
 }
 
+// The same with code that is given the entry, and may write to it.
+template <class TObserver>
+template <class TAction>
+bool TEvaluator<TObserver>::ForeignWith(const NQ_TDict& entry, TAction action) {
+  const TCategoryIndex::THandedOut handedOut(engine_.store.Categories(), entry);
+  return Foreign(action);
+}
+
 // ---- lookup
 
 // A value that is known beforehand needs no lookup: the entry holds it, and nobody is asked first.
@@ -63,7 +71,7 @@ auto TEvaluator<TObserver>::LookUp(TToken& token, TEntry& entry, NQ_TAny& value)
   const NQ_TString name(key);
   if (const auto hook = engine_.hooks.userLookup; hook != nullptr) {
     if constexpr (!TObserver::kCalls) return TLookup::Unknown;
-    if (Foreign([&] { return hook(name, &entry, &engine_.names, value); })) {
+    if (ForeignWith(entry, [&] { return hook(name, &entry, &engine_.names, value); })) {
       Reported([](auto& observer) { observer.Source("hook"); });
       return TLookup::Found;
     }
@@ -138,7 +146,7 @@ auto TEvaluator<TObserver>::AskHandler(const NQ_TString& key, TEntry& entry, TNa
                                        const TNameLookupHandler* object, NQ_TAny& value) -> TLookup {
   if constexpr (!TObserver::kCalls) return TLookup::Unknown;
   if constexpr (TObserver::kReports) engine_.serviceFailure = NQ_TString();
-  const bool found = Foreign([&] {
+  const bool found = ForeignWith(entry, [&] {
     TName* const names = &engine_.names;
     return object != nullptr ? object->Lookup(key, &entry, names, value) : function(key, &entry, names, value);
   });
@@ -335,7 +343,7 @@ bool TEvaluator<TObserver>::WriteByHandler(const TWriter& writer, const TValue& 
                         : value.kind == TValue::TKind::Number ? NQ_TAny(int{value.number})
                                                               : NQ_TAny(NQ_TString(text.View()));
   NQ_TString result;
-  const bool ok = Foreign([&] {
+  const bool ok = ForeignWith(*writer.entry, [&] {
     return function(NQ_TString(writer.key), given, NQ_TString(writer.tokenFormat), writer.entry, &engine_.names, result);
   });
   if (!ok) return Fail(writer.key, {}, [&] { return HandlerProblem(TNameProblem::TNameProblem_KindType, writer.key); });

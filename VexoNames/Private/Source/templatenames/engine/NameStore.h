@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "engine/CategoryIndex.h"
 #include "engine/Entry.h"
 #include "engine/TemplateCache.h"
 #include "engine/TokenCache.h"
@@ -28,6 +29,7 @@ class TNameStore {
   /// For walking over the names in the order of their definition.
   const NQ_TDict& Names() const { return names_; }
 
+  TCategoryIndex& Categories() { return categories_; }
   TTemplateCache& Templates() { return templates_; }
   TTokenCache& Tokens() { return tokens_; }
   /// For a text on its way to the result: see TScratch.
@@ -45,6 +47,7 @@ class TNameStore {
 
   NQ_TDict names_{128};  // name to entry
   std::uint64_t version_ = 1;
+  TCategoryIndex categories_{*this};
   TTemplateCache templates_;
   TTokenCache tokens_;
   NQ_TString scratch_;

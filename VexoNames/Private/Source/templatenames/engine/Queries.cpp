@@ -7,6 +7,7 @@
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
 #include "engine/AttributeKeys.h"
+#include "engine/MakeClient.h"
 #include "engine/ResolveValue.h"
 #include "engine/Sentences.h"
 #include "text/Log.h"
@@ -172,7 +173,7 @@ bool DoQuery(TEngine& engine, const NQ_TString& host, const NQ_TString& server, 
   };
   try {
     const auto client = engine.proxyProvider != nullptr ? engine.proxyProvider->GetClient(host, server)
-                                                        : TNameProxyProvider().GetClient(host, server);
+                                                        : MakeClient(host, server);
     NQ_TDict request(params.Size() + 1);
     request.Add(Keys().callMethod, method);
     for (NQ_TConstIterator i(params); !i.IsDone(); i.Next()) request.Add(i.Key(), NQ_TAny(i.Value()));

@@ -1,6 +1,7 @@
 // TName: names, values and attributes.
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <limits>
 
 #include "NQ_EIncompatibleType.h"
@@ -10,6 +11,7 @@
 #include "engine/AttributeKeys.h"
 #include "engine/BuiltIns.h"
 #include "engine/Engine.h"
+#include "engine/StringAttributes.h"
 #include "text/Log.h"
 
 using templatenames::Keys;
@@ -66,6 +68,27 @@ void DefineLookup(TName& names, const NQ_TString& key, TName::TName_Type type, T
       return;
   }
   names.SetLookupHandler(key, templatenames::BuiltInLookup(lookup), false);
+}
+
+void StoreValue(TEngine& engine, const NQ_TString& key, NQ_TAny value, std::initializer_list<TName::TName_Type> types) {
+  const std::lock_guard guard(engine.lock);
+  TEntry& entry = engine.EntryOf(key);
+  if (std::ranges::find(types, engine.names.GetType(key)) == types.end()) nq::Throw(NQ_EIncompatibleType(key));
+  entry.Remove(Keys().cacheFilled);  // what a caller sets is no reply that was kept
+  entry.Add(Keys().value, std::move(value));
+}
+
+int Count(TEngine& engine, const NQ_TString& key, int step) {
+  const std::lock_guard guard(engine.lock);
+  std::int64_t counted = 0;
+  try {
+    counted = std::int64_t{engine.names.GetValue(key).AsInt32()} + step;
+  } catch (const NQ_EIllegalCastFromAny&) {
+    nq::Throw(NQ_ENotAnInt32(key));
+  }
+  if (counted != static_cast<int>(counted)) nq::Throw(NQ_ENotAnInt32(key));
+  engine.names.SetValue(key, static_cast<int>(counted));
+  return static_cast<int>(counted);
 }
 
 }  // namespace
@@ -136,32 +159,24 @@ NQ_TList TName::GetTNames() const {
 
 // ---- values
 
-void TName::StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types) {
-  const std::lock_guard guard(engine_->lock);
-  TEntry& entry = engine_->EntryOf(key);
-  if (std::ranges::find(types, GetType(key)) == types.end()) nq::Throw(NQ_EIncompatibleType(key));
-  entry.Remove(Keys().cacheFilled);  // what a caller sets is no reply that was kept
-  entry.Add(Keys().value, std::move(value));
-}
-
 void TName::SetValue(const NQ_TString& key, const NQ_TString& value) {
   if (engine_->Logs(2)) Log(2, "TName::SetValue: (string) Key = \"", key, "\"; Value = \"", value, '"');
-  StoreValue(key, value, {TName_TypeString});
+  StoreValue(*engine_, key, value, {TName_TypeString});
 }
 
 void TName::SetValue(const NQ_TString& key, const int& value) {
   if (engine_->Logs(2)) Log(2, "TName::SetValue: (int) Key = \"", key, "\"; Value = \"", value, '"');
-  StoreValue(key, value, {TName_TypeNumber, TName_TypeAutoNumber});
+  StoreValue(*engine_, key, value, {TName_TypeNumber, TName_TypeAutoNumber});
 }
 
 void TName::SetValue(const NQ_TString& key, const NQ_TTime& value) {
   if (engine_->Logs(2)) Log(2, "TName::SetValue: (time) Key = \"", key, "\"; Value = \"", value, '"');
-  StoreValue(key, value, {TName_TypeTime});
+  StoreValue(*engine_, key, value, {TName_TypeTime});
 }
 
 void TName::SetValue(const NQ_TString& key, const NQ_TURL& value) {
   if (engine_->Logs(2)) Log(2, "TName::SetValue: (url) Key = \"", key, "\"; Value = \"", value.Text(), '"');
-  StoreValue(key, value, {TName_TypeURL});
+  StoreValue(*engine_, key, value, {TName_TypeURL});
 }
 
 NQ_TAny TName::GetValue(const NQ_TString& key) const {
@@ -183,22 +198,9 @@ void TName::RemValue(const NQ_TString& key) {
   entry.Remove(Keys().cacheFilled);
 }
 
-int TName::Increment(const NQ_TString& key) { return Count(key, 1); }
+int TName::Increment(const NQ_TString& key) { return Count(*engine_, key, 1); }
 
-int TName::Decrement(const NQ_TString& key) { return Count(key, -1); }
-
-int TName::Count(const NQ_TString& key, int step) {
-  const std::lock_guard guard(engine_->lock);
-  std::int64_t counted = 0;
-  try {
-    counted = std::int64_t{GetValue(key).AsInt32()} + step;
-  } catch (const NQ_EIllegalCastFromAny&) {
-    nq::Throw(NQ_ENotAnInt32(key));
-  }
-  if (counted != static_cast<int>(counted)) nq::Throw(NQ_ENotAnInt32(key));
-  SetValue(key, static_cast<int>(counted));
-  return static_cast<int>(counted);
-}
+int TName::Decrement(const NQ_TString& key) { return Count(*engine_, key, -1); }
 
 void TName::SetRawData(const NQ_TString& key, const NQ_TAny& value) {
   if (engine_->Logs(2)) Log(2, "TName::SetRawData: Key = \"", key, '"');
@@ -226,75 +228,62 @@ bool TName::IsUserDefined(const NQ_TString& key) const {
 
 // ---- string attributes
 
-const NQ_TString& TName::GetStringAttribute(const NQ_TString& key, const NQ_TString& attribute) const {
-  const std::lock_guard guard(engine_->lock);
-  const auto* const text = std::as_const(engine_->EntryOf(key)).Get<NQ_TString>(attribute);
-  return text == nullptr ? NQ_TString::sEmpty : *text;
-}
-
-void TName::SetStringAttribute(std::string_view operation, std::string_view label, const NQ_TString& key,
-                               const NQ_TString& attribute, const NQ_TString& value) {
-  if (!operation.empty() && engine_->Logs(2)) {
-    Log(2, "TName::", operation, ": Key = \"", key, "\"; ", label, " = \"", value, '"');
-  }
-  const std::lock_guard guard(engine_->lock);
-  engine_->EntryOf(key).Add(attribute, value);
-}
-
 void TName::SetCategory(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetCategory", "Category", key, Keys().category, value);
+  const std::lock_guard guard(engine_->lock);
+  templatenames::SetStringAttribute(*engine_, "SetCategory", "Category", key, Keys().category, value);
+  engine_->store.Categories().LookAt(engine_->EntryOf(key));
 }
 
-const NQ_TString& TName::GetCategory(const NQ_TString& key) const { return GetStringAttribute(key, Keys().category); }
+const NQ_TString& TName::GetCategory(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().category); }
 
 void TName::SetDescription(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetDescription", "Description", key, Keys().description, value);
+  templatenames::SetStringAttribute(*engine_, "SetDescription", "Description", key, Keys().description, value);
 }
 
 const NQ_TString& TName::GetDescription(const NQ_TString& key) const {
-  return GetStringAttribute(key, Keys().description);
+  return templatenames::GetStringAttribute(*engine_, key, Keys().description);
 }
 
 void TName::SetUserDescription(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetUserDescription", "UserDescription", key, Keys().userDescription, value);
+  templatenames::SetStringAttribute(*engine_, "SetUserDescription", "UserDescription", key, Keys().userDescription, value);
 }
 
 const NQ_TString& TName::GetUserDescription(const NQ_TString& key) const {
-  return GetStringAttribute(key, Keys().userDescription);
+  return templatenames::GetStringAttribute(*engine_, key, Keys().userDescription);
 }
 
 void TName::SetUserInfo(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetUserInfo", "Name", key, Keys().userInfo, value);
+  templatenames::SetStringAttribute(*engine_, "SetUserInfo", "Name", key, Keys().userInfo, value);
 }
 
-const NQ_TString& TName::GetUserInfo(const NQ_TString& key) const { return GetStringAttribute(key, Keys().userInfo); }
+const NQ_TString& TName::GetUserInfo(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().userInfo); }
 
 void TName::SetVisibility(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("", "", key, Keys().visibility, value);
+  templatenames::SetStringAttribute(*engine_, "", "", key, Keys().visibility, value);
 }
 
 const NQ_TString& TName::GetVisibility(const NQ_TString& key) const {
-  return GetStringAttribute(key, Keys().visibility);
+  return templatenames::GetStringAttribute(*engine_, key, Keys().visibility);
 }
 
 void TName::SetLocalization(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetLocalization", "Localization", key, Keys().info, value);
+  templatenames::SetStringAttribute(*engine_, "SetLocalization", "Localization", key, Keys().info, value);
 }
 
-const NQ_TString& TName::GetLocalization(const NQ_TString& key) const { return GetStringAttribute(key, Keys().info); }
+const NQ_TString& TName::GetLocalization(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().info); }
 
 void TName::SetFormat(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetFormat", "Format", key, Keys().format, value);
+  templatenames::SetStringAttribute(*engine_, "SetFormat", "Format", key, Keys().format, value);
 }
 
 void TName::SetElemValue(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetElemValue", "Value", key, Keys().elem, value);
+  templatenames::SetStringAttribute(*engine_, "SetElemValue", "Value", key, Keys().elem, value);
 }
 
 void TName::SetExtractValue(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetExtractValue", "Value", key, Keys().extract, value);
+  templatenames::SetStringAttribute(*engine_, "SetExtractValue", "Value", key, Keys().extract, value);
 }
 
 void TName::SetRegExValue(const NQ_TString& key, const NQ_TString& value) {
-  SetStringAttribute("SetRegExValue", "Value", key, Keys().regex, value);
+  templatenames::SetStringAttribute(*engine_, "SetRegExValue", "Value", key, Keys().regex, value);
 }

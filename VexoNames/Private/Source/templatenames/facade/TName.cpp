@@ -12,7 +12,11 @@ TName::TName() : engine_(std::make_unique<TEngine>(*this)) {}
 
 TName::~TName() = default;
 
-void TName::SetError(TName_Error error) { engine_->SetError(error); }
+void TName::SetError(TName_Error error) {
+  const std::lock_guard guard(engine_->lock);
+  engine_->SetError(error);
+  if (error == TName_ErrorNone) engine_->errorReason.Clear();
+}
 
 TName::TName_Error TName::GetError() const {
   const std::lock_guard guard(engine_->lock);
