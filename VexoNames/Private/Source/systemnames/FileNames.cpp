@@ -11,6 +11,7 @@ using systemnames::AttemptIfDefined;
 using systemnames::Entry;
 using systemnames::Held;
 using systemnames::kFileNames;
+using systemnames::TEngineAccess;
 
 namespace {
 
@@ -84,6 +85,8 @@ void VexoNameUtils::SetFileAttribute(TName& names, const NQ_TString& key, const 
                                      const char* fallback) const {
   const NQ_TAny input = names.GetRawData(key);
   const auto& file = Held<NQ_TURL>(input);
+  // The fallback would stay.
+  if (TEngineAccess::IsPreview(names)) nq::Throw(NQ_EException("Services are not asked in a preview"));
   FS_TProxy* const files = files_;
   const auto ask = [&] {
     const NQ_TAny reply = Ask(names, [&] { return files->Call("Query", file, wanted, false); });

@@ -1,5 +1,6 @@
 #include "engine/Observer.h"
 
+#include <algorithm>
 #include <tuple>
 
 namespace templatenames {
@@ -51,8 +52,14 @@ TNameProblem::TFields TReporting::Here(TNameProblem::TNameProblem_Kind kind) con
   return fields;
 }
 
+// A value that leads back to itself is reached through the same names again and again: once is enough.
 void TReporting::Fail(TProblem problem) {
   TNameProblem::TFields fields = Here(problem.kind);
+  if (problem.kind == TNameProblem::TNameProblem_KindCycle) {
+    const auto first = std::ranges::find(fields.within, fields.key);
+    const auto again = first == fields.within.end() ? first : std::find(first + 1, fields.within.end(), fields.key);
+    fields.within.erase(again, fields.within.end());
+  }
   fields.reason = std::move(problem.reason);
   fields.suggestion = std::move(problem.suggestion);
   fields.limit = NQ_TString(NameOf(problem.limit));

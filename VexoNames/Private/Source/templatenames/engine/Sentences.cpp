@@ -21,6 +21,13 @@ TProblem Problem(P::TNameProblem_Kind kind, NQ_TString reason, NQ_TString sugges
   return {kind, TLimit::None, std::move(reason), std::move(suggestion)};
 }
 
+NQ_TString Between(const char* quote, std::u16string_view text) {
+  const bool isLong = text.size() > kMostQuoted;
+  std::size_t length = isLong ? kMostQuoted : text.size();
+  if (isLong && (text[length - 1] & 0xFC00) == 0xD800) --length;  // not within a character
+  return NQ_TString(quote) + NQ_TString(text.substr(0, length)) + (isLong ? "..." : "") + quote;
+}
+
 const char* WordOf(P::TNameProblem_Kind kind) {
   switch (kind) {
     case P::TNameProblem_KindElem:
@@ -78,12 +85,9 @@ const TStageErrorRow& RowOf(TStageError error) {
 
 }  // namespace
 
-NQ_TString Quoted(std::u16string_view text) {
-  const bool isLong = text.size() > kMostQuoted;
-  std::size_t length = isLong ? kMostQuoted : text.size();
-  if (isLong && (text[length - 1] & 0xFC00) == 0xD800) --length;  // not within a character
-  return NQ_TString("\"") + NQ_TString(text.substr(0, length)) + (isLong ? "...\"" : "\"");
-}
+NQ_TString Quoted(std::u16string_view text) { return Between("\"", text); }
+
+NQ_TString Named(std::u16string_view key) { return Between("'", key); }
 
 TProblem LimitProblem(TLimit limit, const TNameLimits& limits) {
   return {P::TNameProblem_KindLimit, limit, SentenceOf(limit, limits), {}};
@@ -91,51 +95,51 @@ TProblem LimitProblem(TLimit limit, const TNameLimits& limits) {
 
 TProblem CycleProblem(std::u16string_view key) {
   return {P::TNameProblem_KindCycle, TLimit::NestedDepth,
-          NQ_TString("the value of ") + Quoted(key) + " leads back to itself; take the name out of its own value", {}};
+          NQ_TString("the value of ") + Named(key) + " leads back to itself; take the name out of its own value", {}};
 }
 
 TProblem UndefinedProblem(TEngine& engine, std::u16string_view key) {
   const NQ_TString nearest = engine.suggestions.NearestName(NQ_TString(key), engine.store);
-  NQ_TString reason = NQ_TString("there is no name ") + Quoted(key);
-  if (!nearest.Empty()) reason = reason + "; did you mean " + Quoted(nearest.StringView()) + "?";
+  NQ_TString reason = NQ_TString("there is no name ") + Named(key);
+  if (!nearest.Empty()) reason = reason + "; did you mean " + Named(nearest.StringView()) + "?";
   return Problem(P::TNameProblem_KindUndefined, std::move(reason), nearest);
 }
 
 TProblem NoLookupProblem(std::u16string_view key) {
   return Problem(P::TNameProblem_KindLookup,
-                 NQ_TString("nothing says where the value of ") + Quoted(key) + " comes from; it needs a lookup");
+                 NQ_TString("nothing says where to look up ") + Named(key));
 }
 
 TProblem NoValueProblem(std::u16string_view key) {
-  return Problem(P::TNameProblem_KindNoValue, Quoted(key) + " has no value");
+  return Problem(P::TNameProblem_KindNoValue, NQ_TString("there is no value for ") + Named(key));
 }
 
 TProblem SqlProblem(std::u16string_view key) {
   return Problem(P::TNameProblem_KindLookup,
-                 NQ_TString("the value of ") + Quoted(key) + " is an SQL query, which is not carried out");
+                 NQ_TString("the value of ") + Named(key) + " is an SQL query, which is not carried out");
 }
 
 TProblem HandlerProblem(P::TNameProblem_Kind kind, std::u16string_view key) {
-  return Problem(kind, NQ_TString("the program's own ") + WordOf(kind) + " handler refused the value of " + Quoted(key));
+  return Problem(kind, NQ_TString("the program's own ") + WordOf(kind) + " handler refused the value of " + Named(key));
 }
 
 TProblem ServiceProblem(std::u16string_view key, const NQ_TString& said) {
-  return Problem(P::TNameProblem_KindService, NQ_TString("no value came for ") + Quoted(key) + ": " + said);
+  return Problem(P::TNameProblem_KindService, NQ_TString("no value came for ") + Named(key) + ": " + said);
 }
 
 TProblem NoTypeProblem(std::u16string_view key) {
   return Problem(P::TNameProblem_KindType,
-                 NQ_TString("nothing says how to write the value of ") + Quoted(key) + "; it needs a type handler");
+                 NQ_TString("nothing says how to write ") + Named(key));
 }
 
 TProblem TypeProblem(std::u16string_view key, const NQ_TAny* value, TRecipe::TWriting writing) {
-  return Problem(P::TNameProblem_KindType, NQ_TString("the value of ") + Quoted(key) + " is " + KindOfValue(value) +
+  return Problem(P::TNameProblem_KindType, NQ_TString("the value of ") + Named(key) + " is " + KindOfValue(value) +
                                                ", and it is written as " + KindWritten(writing));
 }
 
 TProblem CounterProblem(std::u16string_view key) {
   return Problem(P::TNameProblem_KindCounter,
-                 NQ_TString("the counter ") + Quoted(key) + " is at its end, 2147483647; set it back");
+                 NQ_TString("2147483647 is the last number; it was reached by ") + Named(key));
 }
 
 TProblem FormatProblem(std::u16string_view format, TPrintfFormat::TKind kind) {
@@ -157,7 +161,7 @@ TProblem StageProblem(TStageError error, std::u16string_view specification) {
 }
 
 TProblem SpecificationProblem(P::TNameProblem_Kind kind, std::u16string_view key) {
-  return Problem(kind, NQ_TString("what ") + Quoted(key) + " has for " + WordOf(kind) + " is no text");
+  return Problem(kind, NQ_TString("what ") + Named(key) + " has for " + WordOf(kind) + " is no text");
 }
 
 TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern, const TNameLimits& limits) {
@@ -213,7 +217,7 @@ TProblem ExceptionProblem(std::u16string_view key) {
     what = NQ_TString(error.what());
   } catch (...) {
   }
-  return Problem(P::TNameProblem_KindException, NQ_TString("a handler of ") + Quoted(key) + " threw " + what);
+  return Problem(P::TNameProblem_KindException, NQ_TString("a handler of ") + Named(key) + " threw " + what);
 }
 
 void LogUnmatched(const TRegexResult& result, const NQ_TString& pattern, const NQ_TString& input) {

@@ -14,6 +14,8 @@ namespace templatenames {
 
 /// The text in double quotes; a long one is cut short.
 NQ_TString Quoted(std::u16string_view text);
+/// The same for a name, in single quotes.
+NQ_TString Named(std::u16string_view key);
 
 TProblem LimitProblem(TLimit limit, const TNameLimits& limits);
 TProblem CycleProblem(std::u16string_view key);
