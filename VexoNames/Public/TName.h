@@ -31,7 +31,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <type_traits>
 
 #include "NQ_TAny.h"
@@ -212,11 +211,11 @@ class NQ_EXPORT TName {
   // ---- Translation.cpp: templates in another form
 
   /// Whether the text begins with "<<CDATA/>>", which makes the rest literal.
-  static bool IsMarked(const NQ_TString& text);
-  static NQ_TString AddMarker(const NQ_TString& text);
-  static NQ_TString RemoveMarker(const NQ_TString& text);
+  [[nodiscard]] static bool IsMarked(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString AddMarker(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString RemoveMarker(const NQ_TString& text);
   /// Makes a name out of any text: "%", " ", "<", ">" and "/" become percent escapes.
-  static NQ_TString Encode(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString Encode(const NQ_TString& text);
 
   /// Replaces every token of a defined name by the translator's prefix, its name for it, and its suffix. The token's
   /// attributes are lost; tokens of other names stay. Throws only what the translator throws.
@@ -258,7 +257,7 @@ class NQ_EXPORT TName {
   /// fails. Handlers of the caller's are called.
   bool Preview(const NQ_TString& text, NQ_TString& result, TNameReport& report);
   /// Resolves a template and tells of each token how it came to its text; with `asPreview`, as Preview does.
-  TNameExplanation Explain(const NQ_TString& text, bool asPreview = false);
+  [[nodiscard]] TNameExplanation Explain(const NQ_TString& text, bool asPreview = false);
 
   // ---- ServerQuery.cpp: values from services
 

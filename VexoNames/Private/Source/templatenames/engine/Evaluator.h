@@ -16,8 +16,8 @@
 
 #include "engine/Engine.h"
 #include "engine/Observer.h"
-#include "engine/TextInHand.h"
 #include "engine/Template.h"
+#include "engine/TextInHand.h"
 #include "engine/Token.h"
 #include "text/Stages.h"
 
@@ -42,8 +42,8 @@ struct TWriter {
   std::u16string_view key;
   NQ_TDict* entry = nullptr;
   const TPrintfFormat* format = nullptr;  // null: refused, or not of this kind
-  std::u16string_view formatText;   // the token's, else the entry's
-  std::u16string_view tokenFormat;  // what handlers of the caller's are given
+  std::u16string_view formatText;         // the token's, else the entry's
+  std::u16string_view tokenFormat;        // what handlers of the caller's are given
   bool counts = false;
 };
 
@@ -116,6 +116,7 @@ class TEvaluator {
   bool Scan(const NQ_TString& text, const TMarkers& markers, NQ_TString& out);
   void AppendParts(TTemplate& kept, NQ_TString& out);
   void AppendPiece(const TPlace& place, TToken& token, NQ_TString& out);
+  void AppendOverlapping(const TPlace& place, NQ_TString& out);
   void AppendLogged(const TPlace& place, TToken& token, NQ_TString& out);
   bool AppendAsIs(std::u16string_view literal, TToken& token, NQ_TString& out);
   bool FindGroup(TToken& token, std::u16string_view& text);

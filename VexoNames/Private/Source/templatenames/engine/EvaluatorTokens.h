@@ -49,8 +49,10 @@ bool TEvaluator<TObserver>::Scan(const NQ_TString& text, const TMarkers& markers
   for (TScannedToken place; scanner.Next(place);) {
     const TPlace piece{units.substr(place.literal, place.begin - place.literal),
                        units.substr(place.begin, place.end - place.begin), place.begin, place.end};
-    const std::u16string_view tokenText = units.substr(place.textBegin, place.textEnd - place.textBegin);
-    if (const auto kept = engine_.store.Tokens().Find(tokenText)) {
+    const std::u16string_view tokenText = place.TextIn(units);
+    if (place.Overlaps()) {
+      AppendOverlapping(piece, out);
+    } else if (const auto kept = engine_.store.Tokens().Find(tokenText)) {
       AppendPiece(piece, kept->token, out);
     } else {
       TToken token(tokenText);
@@ -87,7 +89,8 @@ void TEvaluator<TObserver>::LogEnd(const NQ_TString& text, bool syntaxError, uns
                                    const NQ_TString& out) const {
   if (!Logs(1)) return;
   if (syntaxError) Log(1, "TE: Template name syntax error: no begin token found in ", text);
-  Log(1, "TName::Resolve: \"", text, "\" = \"", NQ_TString(out.StringView().substr(std::min(begin, out.Length()))), '"');
+  Log(1, "TName::Resolve: \"", text, "\" = \"", NQ_TString(out.StringView().substr(std::min(begin, out.Length()))),
+      '"');
 }
 
 template <class TObserver>
@@ -122,6 +125,22 @@ void TEvaluator<TObserver>::AppendPiece(const TPlace& place, TToken& token, NQ_T
   } else {
     if (!AppendToken(token, out)) AppendUnits(place.written, out);
   }
+}
+
+// A token whose markers overlap has no text that could be cut out.
+template <class TObserver>
+void TEvaluator<TObserver>::AppendOverlapping(const TPlace& place, NQ_TString& out) {
+  AppendUnits(place.literal, out);
+  const unsigned int begin = out.Length();
+  if constexpr (TObserver::kReports) {
+    const auto before = observer_.Take(place.written, {}, place.begin, place.end);
+    Fail({}, {}, OverlapProblem);
+    FailToken(begin, out);
+    observer_.PutBack(before);
+  } else {
+    FailToken(begin, out);
+  }
+  AppendUnits(place.written, out);
 }
 
 // Somebody has raised the debug level since this evaluation began.
@@ -267,8 +286,7 @@ void TEvaluator<TObserver>::FailToken(unsigned int begin, NQ_TString& out) {
 template <class TObserver>
 bool TEvaluator<TObserver>::EndStep() {
   if constexpr (TObserver::kLogs) {
-    if (Logs(2) && !failure_.log.empty())
-      Log(2, "TName::ResolveTokenEx: \tKey: \"", failure_.key, '"', failure_.log);
+    if (Logs(2) && !failure_.log.empty()) Log(2, "TName::ResolveTokenEx: \tKey: \"", failure_.key, '"', failure_.log);
   }
   return false;
 }

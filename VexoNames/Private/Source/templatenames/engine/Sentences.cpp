@@ -94,8 +94,10 @@ TProblem LimitProblem(TLimit limit, const TNameLimits& limits) {
 }
 
 TProblem CycleProblem(std::u16string_view key) {
-  return {P::TNameProblem_KindCycle, TLimit::NestedDepth,
-          NQ_TString("the value of ") + Named(key) + " leads back to itself; take the name out of its own value", {}};
+  return {P::TNameProblem_KindCycle,
+          TLimit::NestedDepth,
+          NQ_TString("the value of ") + Named(key) + " leads back to itself; take the name out of its own value",
+          {}};
 }
 
 TProblem UndefinedProblem(TEngine& engine, std::u16string_view key) {
@@ -105,9 +107,13 @@ TProblem UndefinedProblem(TEngine& engine, std::u16string_view key) {
   return Problem(P::TNameProblem_KindUndefined, std::move(reason), nearest);
 }
 
+TProblem OverlapProblem() {
+  return Problem(P::TNameProblem_KindUndefined,
+                 "the begin and the end marker overlap, so that no name stands between them; use two different ones");
+}
+
 TProblem NoLookupProblem(std::u16string_view key) {
-  return Problem(P::TNameProblem_KindLookup,
-                 NQ_TString("nothing says where to look up ") + Named(key));
+  return Problem(P::TNameProblem_KindLookup, NQ_TString("nothing says where to look up ") + Named(key));
 }
 
 TProblem NoValueProblem(std::u16string_view key) {
@@ -128,8 +134,7 @@ TProblem ServiceProblem(std::u16string_view key, const NQ_TString& said) {
 }
 
 TProblem NoTypeProblem(std::u16string_view key) {
-  return Problem(P::TNameProblem_KindType,
-                 NQ_TString("nothing says how to write ") + Named(key));
+  return Problem(P::TNameProblem_KindType, NQ_TString("nothing says how to write ") + Named(key));
 }
 
 TProblem TypeProblem(std::u16string_view key, const NQ_TAny* value, TRecipe::TWriting writing) {
@@ -170,7 +175,8 @@ TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern, con
   TProblem problem = Problem(P::TNameProblem_KindRegex, regex);
   switch (result.kind) {
     case TRegexResult::TKind::CompileError:
-      problem.reason = regex + NQ_TString::Format(" cannot be read at byte %d: %s", result.errorOffset, result.errorText);
+      problem.reason =
+          regex + NQ_TString::Format(" cannot be read at byte %d: %s", result.errorOffset, result.errorText);
       break;
     case TRegexResult::TKind::NoGroup:
       problem.reason = regex + " has no group; put brackets around the part that is wanted, such as \"v([0-9]+)\"";
@@ -201,7 +207,8 @@ NQ_TString UnusedFormatSentence(std::u16string_view format) {
 TProblem OptionsProblem(const NQ_EException& error, const NQ_TDict&) {
   const NQ_TString& message = error.NQ_Message();
   if (dynamic_cast<const NQ_ENoSuchUnitCategory*>(&error) != nullptr)
-    return Problem(P::TNameProblem_KindUnit, NQ_TString("there is no category of units ") + Quoted(message.StringView()));
+    return Problem(P::TNameProblem_KindUnit,
+                   NQ_TString("there is no category of units ") + Quoted(message.StringView()));
   if (dynamic_cast<const NQ_ENoSuchUnit*>(&error) != nullptr)
     return Problem(P::TNameProblem_KindUnit, NQ_TString("there is no unit ") + Quoted(message.StringView()));
   return Problem(P::TNameProblem_KindOptions, NQ_TString("the formatting options cannot be used: ") + message);

@@ -20,6 +20,7 @@ NQ_TString Named(std::u16string_view key);
 TProblem LimitProblem(TLimit limit, const TNameLimits& limits);
 TProblem CycleProblem(std::u16string_view key);
 TProblem UndefinedProblem(TEngine& engine, std::u16string_view key);
+TProblem OverlapProblem();
 TProblem NoLookupProblem(std::u16string_view key);
 TProblem NoValueProblem(std::u16string_view key);
 TProblem SqlProblem(std::u16string_view key);

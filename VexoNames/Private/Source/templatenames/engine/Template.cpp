@@ -25,14 +25,13 @@ struct TUnits {
 }  // namespace
 
 // A copy of the text: the caller's may share much more memory than it shows.
-TTemplate::TTemplate(const NQ_TString& text, std::uint64_t textHash)
-    : source(text.StringView()), hash(textHash) {
+TTemplate::TTemplate(const NQ_TString& text, std::uint64_t textHash) : source(text.StringView()), hash(textHash) {
   const std::u16string_view units = source.StringView();
   const auto position = [](std::size_t at) { return static_cast<std::uint32_t>(at); };  // kMaxTemplateLength at most
   absl::flat_hash_map<TUnits, std::uint32_t> known;
   TScanner scanner(units, ChooseMarkers(units));
   for (TScannedToken place; scanner.Next(place);) {
-    const std::u16string_view inside = units.substr(place.textBegin, place.textEnd - place.textBegin);
+    const std::u16string_view inside = place.TextIn(units);
     const auto [token, added] = known.try_emplace(TUnits{inside}, position(tokens.size()));
     if (added) tokens.emplace_back(inside);
     pieces.push_back({position(place.literal), position(place.begin), position(place.end), token->second});

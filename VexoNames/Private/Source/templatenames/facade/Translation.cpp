@@ -17,7 +17,8 @@ namespace {
 
 constexpr const char* kSyntaxError = "TE: Template name syntax error: no begin token found in ";
 
-bool TranslateTokenEx(const TName& names, const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) {
+bool TranslateTokenEx(const TName& names, const NQ_TString& tokenText, const TNameTranslator& translator,
+                      NQ_TString& out) {
   out = NQ_TString();
   if (tokenText.Empty()) return true;
   const auto parts = templatenames::SplitTokenText(tokenText.StringView());
@@ -62,7 +63,7 @@ void TName::Translate(const NQ_TString& text, const TNameTranslator& translator,
   TScanner scanner(units, templatenames::ChooseMarkers(units));
   NQ_TString translated;
   for (TScannedToken token; scanner.Next(token);) {
-    const auto tokenText = units.substr(token.textBegin, token.textEnd - token.textBegin);
+    const auto tokenText = token.TextIn(units);
     if (TranslateTokenEx(*this, NQ_TString(tokenText), translator, translated)) {
       result.Append(units.substr(token.literal, token.begin - token.literal));
       result.Append(prefix).Append(translated).Append(suffix);
@@ -85,7 +86,7 @@ void TName::BackTranslate(const NQ_TString& text, const TNameTranslator& transla
   TScanner scanner(units, {prefix.StringView(), suffix.StringView()});
   for (TScannedToken token; scanner.Next(token);) {
     NQ_TString name;
-    translator.TranslateName(NQ_TString(units.substr(token.textBegin, token.textEnd - token.textBegin)), name);
+    translator.TranslateName(NQ_TString(token.TextIn(units)), name);
     result.Append(units.substr(token.literal, token.begin - token.literal));
     result.Append(kDoubleMarkers.begin).Append(name).Append(kDoubleMarkers.end);
   }
