@@ -254,6 +254,17 @@ TEST_F(DatesAgainstIcu, ChangesOfTheOffset) {
   }
 }
 
+// Beyond some 10^17 milliseconds ICU finds changes of the offset at other times. They must not be taken for times to
+// come.
+TEST_F(DatesAgainstIcu, TimesThatNoZoneHoldsTeachItNothing) {
+  for (const double far : {1e18, 1e19, 1e20, 1e26, 1e300, -1e20}) {
+    const TCase c{"yyyy-MM-dd HH:mm:ss", "America/New_York", ""};
+    for (int i = 0; i < 4; ++i) TCase{"EEEE", c.zone, ""}.CompareTime(far);  // as many as are kept
+    c.CompareTime(1120219200000);                                            // 2005-07-01T12:00:00Z
+    c.CompareText("2005-07-01 08:00:00");
+  }
+}
+
 // A calendar numbers what is set in it; after some 700 texts the numbers start anew.
 TEST_F(DatesAgainstIcu, ACalendarMayBeUsedOften) {
   const TCase plain{"HH:mm", "Europe/Brussels", "de"}, zone{"HH:mm zzzz", "Europe/Brussels", "de"},
