@@ -5,6 +5,7 @@
 
 #include "TName.h"
 #include "engine/AttributeKeys.h"
+#include "engine/DateLog.h"
 #include "engine/Entry.h"
 #include "engine/NameStore.h"
 #include "formatting/OptionPlaces.h"
@@ -39,10 +40,17 @@ struct TDataFormat {
 
 bool FormatText(int, const NQ_TDict& options, NQ_TString& value) { return templatenames::FormatText(options, value); }
 
+bool FormatDate(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
+  const NQ_TString before = debugLevel >= templatenames::kLevelOfDateSteps ? value : NQ_TString();
+  const templatenames::TDateOutcome outcome = templatenames::FormatDateTimeValue(options, value, nullptr);
+  templatenames::LogDate(debugLevel, options, before, value, outcome);
+  return outcome.written;
+}
+
 constexpr TDataFormat kDataFormats[] = {
     {u"TEXT", &FormatText},
     {u"NUMBER", &templatenames::FormatNumber},
-    {u"DATETIME", &templatenames::FormatDateTimeValue},
+    {u"DATETIME", &FormatDate},
 };
 
 void Format(const NQ_TAny* attribute, int debugLevel, NQ_TString& value) {
