@@ -93,7 +93,7 @@ Subjects DateSubjects(const DateTask& task) {
   Subjects subjects;
   subjects.push_back(steady("icu_each_time", std::make_unique<IcuEachTime>(task)));
   const auto format = [](const NQ_TDict& options, NQ_TString& value) {
-    return templatenames::FormatDateTimeValue(0, options, value);
+    return templatenames::FormatDateTimeValue(options, value, nullptr).written;
   };
   subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, DateOptions(task), format)));
   subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));

@@ -8,6 +8,7 @@
 #include "NQ_TTime.h"
 #include "OptionsText.h"
 #include "Support.h"
+#include "engine/DateLog.h"
 #include "formatting/date/DateTime.h"
 #include "formatting/number/FormatNumber.h"
 #include "formatting/number/NumberByStreams.h"
@@ -27,7 +28,12 @@ TEST(FormattingValues, EveryRow) {
       {"NUMBER", [](const NQ_TDict& options, NQ_TString& value) { return FormatNumber(0, options, value); }},
       {"NUMBER", [](const NQ_TDict& options,
                     NQ_TString& value) { return FormatNumberByStreams(0, ReadNumberOptions(options), value); }},
-      {"DATETIME", [](const NQ_TDict& options, NQ_TString& value) { return FormatDateTimeValue(0, options, value); }},
+      {"DATETIME",
+       [](const NQ_TDict& options, NQ_TString& value) {
+         const TDateOutcome outcome = FormatDateTimeValue(options, value, nullptr);
+         LogDate(0, options, "", value, outcome);
+         return outcome.written;
+       }},
   };
   NQ_TTime::SetClock([] { return 1601899387250.0; });
   for (const string& line : Lines("formatting/Values.txt")) {

@@ -1,5 +1,6 @@
 #include "engine/FormattingStep.h"
 #include <array>
+#include "engine/DateLog.h"
 #include "formatting/date/DateTime.h"
 #include "formatting/number/FormatNumber.h"
 #include "formatting/text/FormatText.h"
@@ -24,10 +25,17 @@ struct TDataFormat {
 
 bool FormatText(int, const NQ_TDict& options, NQ_TString& value) { return ::templatenames::FormatText(options, value); }
 
+bool FormatDate(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
+  const NQ_TString before = debugLevel >= kLevelOfDateSteps ? value : NQ_TString();
+  const TDateOutcome outcome = FormatDateTimeValue(options, value, nullptr);
+  LogDate(debugLevel, options, before, value, outcome);
+  return outcome.written;
+}
+
 constexpr TDataFormat kDataFormats[] = {
     {u"TEXT", &FormatText},
     {u"NUMBER", &templatenames::FormatNumber},
-    {u"DATETIME", &templatenames::FormatDateTimeValue},
+    {u"DATETIME", &FormatDate},
 };
 
 }
