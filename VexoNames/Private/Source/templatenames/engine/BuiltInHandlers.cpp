@@ -8,7 +8,7 @@
 #include "engine/Attributes.h"
 #include "engine/Entry.h"
 #include "text/Log.h"
-#include "text/PrintfFormat.h"
+#include "text/PrintfRefusal.h"
 
 using templatenames::Keys;
 using templatenames::Log;
@@ -31,6 +31,12 @@ NQ_TString FormatOf(const NQ_TString& format, const NQ_TDict& entry, const char*
   if (!format.Empty()) return format;
   const auto* const own = templatenames::TextIn(entry.ValueOfKey(Keys().format));
   return own == nullptr ? NQ_TString(typeFormat) : *own;
+}
+
+NQ_TString WhyRefused(const NQ_TString& pattern, TPrintfFormat::TKind kind) {
+  TPrintfFormat::TRefusal refusal;
+  TPrintfFormat::Parse(pattern.StringView(), kind, &refusal);
+  return templatenames::RefusalReason(pattern.StringView(), kind, refusal);
 }
 
 }  // namespace
@@ -91,9 +97,9 @@ bool TName::StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const
         result = *text;
         return true;
       }
-      const char* reason = nullptr;
-      const auto printf = TPrintfFormat::Parse(pattern.StringView(), TPrintfFormat::TKind::Text, &reason);
-      if (!printf) return names->LogFormat(key, pattern, reason), false;
+      const auto printf = TPrintfFormat::Parse(pattern.StringView(), TPrintfFormat::TKind::Text);
+      if (!printf)
+        return names->LogFormat(key, pattern, WhyRefused(pattern, TPrintfFormat::TKind::Text).c_str()), false;
       result = NQ_TString();
       printf->AppendText(text->StringView(), result);
       return true;
@@ -114,9 +120,9 @@ bool TName::IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, cons
     if (number == nullptr) return false;
     int n = number->Value();
     const NQ_TString pattern = FormatOf(format, *entry, "%d");
-    const char* reason = nullptr;
-    const auto printf = TPrintfFormat::Parse(pattern.StringView(), TPrintfFormat::TKind::Integer, &reason);
-    if (!printf) return names->LogFormat(key, pattern, reason), false;
+    const auto printf = TPrintfFormat::Parse(pattern.StringView(), TPrintfFormat::TKind::Integer);
+    if (!printf)
+      return names->LogFormat(key, pattern, WhyRefused(pattern, TPrintfFormat::TKind::Integer).c_str()), false;
     const auto* const type = std::as_const(*entry).Get<NQ_TInt32>(Keys().type);
     if (type != nullptr && type->Value() == TName_TypeAutoNumber) {
       if (n == std::numeric_limits<int>::max()) return names->LogToken(key, " The counter is at its end"), false;
