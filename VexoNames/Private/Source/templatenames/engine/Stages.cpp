@@ -66,11 +66,9 @@ bool TName::TNameElemHandler(const NQ_TString& key, const NQ_TString& input, con
   if (!ReadSpecification(attribute, *entry, Keys().elem, specification)) return false;
   if (specification == nullptr) return result = input, true;
   if (logs) Log(2, "TName::TNameElemHandler: elem string = \"", *specification, '"');
-  std::u16string_view separator;
-  int index = 0;
-  const TStageError error = templatenames::ParseElem(specification->StringView(), separator, index);
-  if (error != TStageError::None) return names->SetError(ErrorCode(error)), false;
-  result = NQ_TString(templatenames::Element(input.StringView(), separator, index));
+  const auto spec = templatenames::ParseElem(specification->StringView());
+  if (spec.error != TStageError::None) return names->SetError(ErrorCode(spec.error)), false;
+  result = NQ_TString(templatenames::Element(input.StringView(), spec.separator, spec.index.value).text);
   if (logs) Log(2, "TName::TNameElemHandler: Key = \"", key, "\", value = \"", result, '"');
   return true;
 }
@@ -83,11 +81,9 @@ bool TName::TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, 
   if (!ReadSpecification(attribute, *entry, Keys().extract, specification)) return false;
   if (specification == nullptr) return result = input, true;
   if (logs) Log(2, "TName::TNameExtractHandler: extract string = \"", *specification, '"');
-  int start = 0;
-  int length = 0;
-  const TStageError error = templatenames::ParseExtract(specification->StringView(), start, length);
-  if (error != TStageError::None) return names->SetError(ErrorCode(error)), false;
-  result = NQ_TString(templatenames::Extract(input.StringView(), start, length));
+  const auto spec = templatenames::ParseExtract(specification->StringView());
+  if (spec.error != TStageError::None) return names->SetError(ErrorCode(spec.error)), false;
+  result = NQ_TString(templatenames::Extract(input.StringView(), spec.start.value, spec.length.value).text);
   if (logs) Log(2, "TName::TNameExtractHandler: Key = \"", key, "\", value = \"", result, '"');
   return true;
 }

@@ -105,18 +105,14 @@ std::u16string_view StageOf(std::u16string_view attribute, const NQ_TAny* own) {
 /// Cuts the text by the stages before the regular expression; false when one of them has something to report.
 bool Cut(const TToken& token, const TEntrySlots& slots, std::u16string_view& text) {
   if (!token.parts.elem.empty() || slots.elem != nullptr) {
-    std::u16string_view separator;
-    int index = 0;
-    const TStageError error = templatenames::ParseElem(StageOf(token.parts.elem, slots.elem), separator, index);
-    if (error != TStageError::None) return false;
-    text = templatenames::Element(text, separator, index);
+    const auto spec = templatenames::ParseElem(StageOf(token.parts.elem, slots.elem));
+    if (spec.error != TStageError::None) return false;
+    text = templatenames::Element(text, spec.separator, spec.index.value).text;
   }
   if (!token.parts.extract.empty() || slots.extract != nullptr) {
-    int start = 0;
-    int length = 0;
-    const TStageError error = templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract), start, length);
-    if (error != TStageError::None) return false;
-    text = templatenames::Extract(text, start, length);
+    const auto spec = templatenames::ParseExtract(StageOf(token.parts.extract, slots.extract));
+    if (spec.error != TStageError::None) return false;
+    text = templatenames::Extract(text, spec.start.value, spec.length.value).text;
   }
   return true;
 }
