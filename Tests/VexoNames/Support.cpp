@@ -6,7 +6,6 @@
 #include <fstream>
 #include <future>
 #include <set>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -234,12 +233,6 @@ bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) { return see
 
 }  // namespace
 
-std::string Text(const NQ_TAny& value) {
-  std::ostringstream out;
-  out << value;
-  return out.str();
-}
-
 std::pair<std::string, std::string> Line::Words(const char* otherwise) const {
   const std::string both = value.Empty() ? otherwise : Text(value);
   const std::size_t blank = both.find(' ');
@@ -308,7 +301,7 @@ bool OtherThreadGetsLock(TName& names) {
 }
 
 std::vector<std::string> Lines(const std::string& file) {
-  std::ifstream in(VEXONAMES_SOURCE_DIR "/Tests/VexoNames/" + file);
+  std::ifstream in(VEXONAMES_TESTS_DIR + file);
   std::vector<std::string> lines;
   for (std::string line; std::getline(in, line);)
     if (!line.empty() && line[0] != '#') lines.push_back(line);

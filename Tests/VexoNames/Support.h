@@ -10,16 +10,19 @@
 #include <utility>
 #include <vector>
 
-#include "NQ_EException.h"
+#include "Framework/Base/Support.h"
 #include "NQ_TURL.h"
 #include "Rows.h"
 #include "TName.h"
 
 namespace names_test {
 
-inline NQ_TString S(std::string_view utf8) { return NQ_TString(utf8); }
+using base_test::S;
+using rows_test::Pieces;
+using rows_test::Row;
+using rows_test::RowFile;
 inline std::string Text(const NQ_TString& text) { return std::string(text.Narrow()); }
-std::string Text(const NQ_TAny& value);
+inline std::string Text(const NQ_TAny& value) { return base_test::Printed(value); }
 
 /// An operation: what follows its word, as "key = value". The value is empty when there is no " = ".
 struct Line {
@@ -92,15 +95,15 @@ class Output {
 /// "NQ_ENoSuchKey: A" for what the action throws; "" when it throws nothing. Also looks at the throw site.
 template <class Action>
 std::string Thrown(Action action) {
-  try {
-    action();
-    return "";
-  } catch (const NQ_EException& error) {
-    const std::string file = Text(error.NQ_ExceptionFile());
-    EXPECT_NE(file.find("VexoNames/Private/Source/templatenames/"), file.npos) << file;
-    EXPECT_GT(error.NQ_ExceptionLine(), 0U);
-    return std::string(error.ClassName()) + ": " + Text(error.NQ_Message());
-  }
+  return base_test::Thrown([&] {
+    try {
+      action();
+    } catch (const NQ_EException& error) {
+      const std::string file = Text(error.NQ_ExceptionFile());
+      EXPECT_TRUE(file.find("VexoNames/Private/Source/templatenames/") != file.npos && error.NQ_ExceptionLine() > 0);
+      throw;
+    }
+  });
 }
 
 /// Whether another thread gets the registry's lock within a generous time.

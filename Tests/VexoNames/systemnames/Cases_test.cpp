@@ -152,7 +152,7 @@ class Case {
   std::unique_ptr<const AT_TDictTicket> ticket_;
 };
 
-const names_test::RowFile file("systemnames/Cases.txt", {"names:", "always:"}, [](const names_test::Row& row) {
+const rows_test::RowFile file("systemnames/Cases.txt", {"names:", "always:"}, [](const rows_test::Row& row) {
   const NQ_TTime::TClock before = NQ_TTime::SetClock([] { return 43'200'000.0; });
   const std::string always = row.Setting("always:");
   Case(row.Setting("names:"), always.empty() ? NQ_TDict() : Dict(always), row.text).Check();

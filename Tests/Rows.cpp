@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <fstream>
 
-namespace names_test {
+namespace rows_test {
 namespace {
 
 using TCheck = std::function<void(const Row&)>;
@@ -66,7 +66,7 @@ std::string Row::Setting(std::string_view word) const {
 }
 
 RowFile::RowFile(const std::string& file, std::initializer_list<std::string_view> settings, const TCheck& check) {
-  const std::string path = VEXONAMES_SOURCE_DIR "/Tests/VexoNames/" + file;
+  const std::string path = VEXONAMES_TESTS_DIR + file;
   const std::vector<Row> rows = Read(path, settings);
   for (const Row& row : rows) Register(file, "L" + std::to_string(row.line), row, check);
   // Its full name is the filter for all of them: as such ctest runs it.
@@ -91,4 +91,4 @@ std::vector<std::string> Pieces(std::string_view text, std::string_view separato
   return pieces;
 }
 
-}  // namespace names_test
+}  // namespace rows_test

@@ -22,7 +22,7 @@
 #include <string_view>
 #include <vector>
 
-namespace names_test {
+namespace rows_test {
 
 struct Row {
   std::string file;  // its path
@@ -35,7 +35,7 @@ struct Row {
   std::string Setting(std::string_view word) const;
 };
 
-/// The rows of a file beside the tests as tests. A file without any is a failure.
+/// The rows of a file as tests; its path is that below the folder of the program. A file without any is a failure.
 class RowFile {
  public:
   RowFile(const std::string& file, std::initializer_list<std::string_view> settings,
@@ -46,4 +46,4 @@ class RowFile {
 std::vector<std::string> Pieces(std::string_view text, std::string_view separator,
                                 std::size_t most = std::string::npos);
 
-}  // namespace names_test
+}  // namespace rows_test
