@@ -110,11 +110,15 @@ std::string Numbered(const char* before, const char* after, int count) {
   return all;
 }
 
-// Entities of which each holds ten of the one before.
-std::string Bomb(const std::string& rest) {
-  std::string text = "<!DOCTYPE r [<!ENTITY a0 'lol'>";
-  for (int i = 1; i < 12; ++i)
-    text += "<!ENTITY a" + std::to_string(i) + " '" + Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";
+// Entities of which each holds several of the one before; with '%', those of a document type declaration.
+std::string Bomb(const std::string& rest, char sign = '&', int levels = 12, int times = 10,
+                 std::string lowest = "lol") {
+  const std::string kind = sign == '%' ? "% " : "", use = sign == '%' ? "&#37;a" : "&a";
+  std::string text = "<!DOCTYPE r [";
+  for (int i = 0; i < levels; ++i) {
+    text += "<!ENTITY " + kind + "a" + std::to_string(i) + " '" + lowest + "'>";
+    lowest = Repeated(use + std::to_string(i) + ";", times);
+  }
   return text + rest;
 }
 
@@ -122,52 +126,68 @@ TEST_F(SimpleXMLValueLookup, LargeFilesAreRefused) {
   const struct {
     std::string document, error;  // how the message begins
   } rows[] = {
-      {Bomb("]><r>&a11;</r>"), "1 column 659:parser has encountered more than '10000' entity expansions"},
-      {Bomb("]><r a='&a11;'/>"), "1 column 662:parser has encountered more than '10000' entity expansions"},
-      {Bomb("<!ATTLIST r a CDATA '&a11;'>]><r/>"), "1 column 660:it declares both entities and attributes"},
-      {"<!DOCTYPE r [<!ENTITY a '" + std::string(5'000, 'x') + "'>]><r/>", "1 column 5028:its entities hold too much"},
-      {"<!DOCTYPE r [<!ELEMENT r (a" + Repeated(",a", 100'000) + ")>]><r/>",
-       "1 column 98305:its document type declaration is too large"},
-      {"<r>" + Repeated("<a/>", 1'000'000) + "</r>", "1 column 2000004:it has too many elements"},
-      {"<r>" + Repeated("<!---->", 600'000) + "</r>", "1 column 3500004:it has too many elements"},
-      {"<r>" + Repeated("<?p?>", 600'000) + "</r>", "1 column 2500004:it has too many elements"},
-      {"<r>" + Repeated("<![CDATA[]]>", 600'000) + "</r>", "1 column 6000004:it has too many elements"},
-      {Repeated("<a>", 100'000) + Repeated("</a>", 100'000), "1 column 3004:elements lie too deep within each other"},
-      {"<r>" + Numbered("<a", "/>", 450'000) + "</r>", "1 column 116163:it has too many names"},
-      {"<r>" + Numbered("<a a", "=''/>", 240'000) + "</r>", "1 column 128881:it has too many names"},
+      {Bomb("]><r>&a11;</r>"), "1 column 659:more than 10000 uses of entities (limit xmlEntities)"},
+      {Bomb("]><r a='&a11;'/>"), "1 column 662:more than 10000 uses of entities (limit xmlEntities)"},
+      {Bomb("<!ATTLIST r a CDATA '&a11;'>]><r/>"), "1 column 675:more than 262144 characters of document type"},
+      {Bomb("%a11;]><r/>", '%', 12, 10, " "), "1 column 1116:more than 262144 characters of document type"},
+      {Bomb(Repeated("%a0;", 100), '%', 1, 1, "<!ELEMENT r (a" + Numbered("|a", "", 9'000) + ")>"), "1 column"},
+      {"<!DOCTYPE r [<!ENTITY a '<!--" + std::string(100'000, 'x') + "-->'>]><r>" + Repeated("&a;", 9'999),
+       "1 column 100544:more than 16777216 characters of entities and declared attributes (limit xmlBytes)"},
+      {"<!DOCTYPE r [<!ENTITY a '" + std::string(60'000, 'x') + "'>]><r a='" + Repeated("&a;", 9'999) + "'/>",
+       "1 column 60876:more than 16777216 characters of entities"},
+      {"<!DOCTYPE r [<!ENTITY a SYSTEM '" + std::string(60'000, 'x') + "'>]><r>" + Repeated("&a;", 9'999),
+       "1 column 60880:more than 16777216 characters of entities"},
+      {Bomb("]><r>&a2999;</r>", '&', 3'000, 1), "1 column "},
+      {"<!DOCTYPE r [<!ELEMENT r (a" + Repeated(",a", 200'000) + ")>]><r/>", "1 column 294913:more than 262144 char"},
+      {"<r>" + Repeated("<a/>", 1'000'000) + "</r>",
+       "1 column 2000004:more than 500000 elements, attributes and other nodes (limit xmlNodes)"},
+      {"<r>" + Repeated("<!---->", 600'000) + "</r>", "1 column 3500004:more than 500000 elements"},
+      {"<r>" + Repeated("<?p?>", 600'000) + "</r>", "1 column 2500004:more than 500000 elements"},
+      {"<r>" + Repeated("<![CDATA[]]>", 600'000) + "</r>", "1 column 6000004:more than 500000 elements"},
+      {"\n" + Repeated("<a>", 100'000), "2 column 3004:more than 1000 elements within each other (limit xmlDepth)"},
+      {"<r>" + Numbered("<a", "/>", 450'000) + "</r>",
+       "1 column 116163:more than 100000000 comparisons of names (limit xmlNameSteps)"},
+      {"<r>" + Numbered("<a a", "=''/>", 240'000) + "</r>", "1 column 128881:more than 100000000 comparisons"},
       {"<!DOCTYPE r [<!ATTLIST a i ID #IMPLIED>]><r>" + Repeated("<a i='x'/>", 240'000) + "</r>",
-       "1 column 141395:it has too many names"},
+       "1 column 141395:more than 100000000 comparisons"},
       {"<!DOCTYPE r [<!ATTLIST a" + Numbered(" a", " CDATA #IMPLIED", 2'500) + ">]><r>" + Repeated("<a/>", 490'000),
        "1 column 2"},
       {"<!DOCTYPE r [<!ATTLIST a b CDATA '" + std::string(60'000, 'x') + "'>]><r>" + Repeated("<a/>", 240'000),
-       "1 column 61162:the file is too large"},
-      {"<r" + Numbered(" a", "=''", 200'000) + "/>", "1 column 2088895:an element has too many attributes"},
+       "1 column 61162:more than 16777216 characters of entities and declared attributes"},
+      {"<r" + Numbered(" a", "=''", 200'000) + "/>", "1 column 2088895:more than 1000 attributes of an element"},
+      {"<r" + Numbered(" a", "=''", 1'600'000) + "/>", "1 column "},
       {"<r>" + std::string(17 * 1024 * 1024, 'x') + "</r>", "1 column 16"},
-      {"<!DOCTYPE r [<!ENTITY a '" + std::string(4'000, 'x') + "'>]><r>" + Repeated("&a;", 5'000) + "</r>",
-       "1 column 16618:the file is too large"},
-  };
-  for (const auto& row : rows)
-    EXPECT_THAT(Loaded(Write(row.document)), testing::StartsWith(kFault + "line " + row.error));
-}
-
-TEST_F(SimpleXMLValueLookup, ElementsUpToTheLimitsAreRead) {
-  TNameLimits limits;
-  limits.xmlNodes = 12;
-  limits.xmlDepth = 5;
-  limits.xmlBytes = 100;
-  limits.xmlEntities = 2;
-  const struct {
-    std::string within, beyond;
-  } rows[] = {
-      {"<r>" + Repeated("<a b=''/>", 5) + "<c/></r>", "<r>" + Repeated("<a b=''/>", 6) + "</r>"},
-      {"<r>" + Repeated("<a><b><c><d/></c></b></a>", 2) + "</r>", "<r><a><b><c><d><e/></d></c></b></a></r>"},
-      {"<r>" + std::string(93, 'x') + "</r>", "<r>" + std::string(94, 'x') + "</r>"},
-      {"<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;&e;</r>", "<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;&e;&e;</r>"},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(Loaded(Write(row.within), limits), "loaded") << row.within;
-    EXPECT_NE(Loaded(Write(row.beyond), limits), "loaded") << row.beyond;
-    EXPECT_EQ(Loaded(Write(row.beyond)), "loaded") << row.beyond;
+    const std::string loaded = Loaded(Write(row.document));
+    EXPECT_THAT(loaded, testing::StartsWith(kFault + "line " + row.error));
+    EXPECT_THAT(loaded, testing::HasSubstr("(limit xml"));
+  }
+}
+
+TEST_F(SimpleXMLValueLookup, FilesUpToTheLimitsAreRead) {
+  const struct {
+    const char* limit;
+    TNameLimits limits;
+    std::string within, beyond;
+  } rows[] = {
+      {"xmlNodes", {.xmlNodes = 12}, "<r>" + Repeated("<a b=''/>", 5) + "<c/></r>", "<r>" + Repeated("<a b=''/>", 6)},
+      {"xmlAttributes", {.xmlAttributes = 2}, "<r a='' b=''/>", "<r a='' b='' c=''/>"},
+      {"xmlDepth", {.xmlDepth = 3}, "<r>" + Repeated("<a><b/></a>", 2) + "</r>", "<r><a><b><c/></b></a></r>"},
+      {"xmlBytes", {.xmlBytes = 100}, "<r>" + std::string(93, 'x') + "</r>", "<r>" + std::string(94, 'x') + "</r>"},
+      {"xmlBytes",
+       {.xmlBytes = 100},
+       "<!DOCTYPE r [<!ENTITY e '" + std::string(25, 'x') + "'>]><r>&e;&e;&e;&e;</r>",
+       "<!DOCTYPE r [<!ENTITY e '" + std::string(25, 'x') + "'>]><r>&e;&e;&e;&e;&e;</r>"},
+      {"xmlEntities", {.xmlEntities = 1}, "<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;</r>", Bomb("]><r>&a1;</r>")},
+      {"xmlDoctype", {.xmlDoctype = 7}, Bomb("%a0;]><r/>", '%', 1, 1, " "), Bomb("%a1;]><r/>", '%', 2, 1, " ")},
+      {"xmlNameSteps", {.xmlNameSteps = 6}, "<r><a/><b/></r>", "<r><a/><b/><a/></r>"},
+      {"xmlMemory", {.xmlMemory = 1'000'000}, "<r/>", "<r a='" + std::string(1'000'000, 'x') + "'/>"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Loaded(Write(row.within), row.limits), "loaded") << row.limit;
+    EXPECT_THAT(Loaded(Write(row.beyond), row.limits), testing::EndsWith(std::string("(limit ") + row.limit + ")"));
+    EXPECT_THAT(Loaded(Write(row.beyond)), testing::Not(testing::HasSubstr("limit"))) << row.limit;
   }
 }
 

@@ -12,8 +12,8 @@
 
 #include "NQ_EException.h"
 #include "NQ_TFileInfo.h"
-#include "SimpleXMLValueLookupMemory.h"
-#include "SimpleXMLValueLookupParser.h"
+#include "xml/BoundedParser.h"
+#include "xml/Memory.h"
 
 namespace xmlvalues {
 namespace {
@@ -88,7 +88,7 @@ xercesc::DOMDocument* LoadXMLDocument(const NQ_TURL& url, const TNameLimits& lim
   std::unique_ptr<TMemory, TFreeAll> memory(&TMemory::Make());  // outside: what the parser throws has its text there
   try {
     xercesc::DOMDocument* const document = Parse(file, limits, *memory);
-    memory.release()->LeaveToDocument();
+    memory.release()->LeaveTo(document);
     return document;
   } catch (...) {
     RaiseAsFrameworkError(file);

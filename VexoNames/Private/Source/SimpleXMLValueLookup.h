@@ -9,8 +9,9 @@
 // An element's text is its first text child, white space included; CDATA sections do not count. Names are compared
 // character by character, without namespaces.
 //
-// Files are untrusted: nothing outside the file is read (no external entity, no network), only plain files are opened,
-// and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails to load, as one with a fault does.
+// Files are untrusted: nothing outside the file is read (an external document type declaration or entity counts as
+// empty), only plain files are opened, and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails
+// to load, as one with a fault does; the message names the limit.
 //
 // Threads: any, each with documents of its own. A TXMLPlatform must exist before the first load and until the last
 // document is released.
