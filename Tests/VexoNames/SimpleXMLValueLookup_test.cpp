@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <random>
 #include <string>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
@@ -15,6 +16,7 @@
 
 #include "NQ_EException.h"
 #include "NQ_TURL.h"
+#include "PlainXMLLookup.h"
 #include "Support.h"
 
 using names_test::Repeated;
@@ -189,6 +191,67 @@ TEST_F(SimpleXMLValueLookup, FilesUpToTheLimitsAreRead) {
     EXPECT_THAT(Loaded(Write(row.beyond), row.limits), testing::EndsWith(std::string("(limit ") + row.limit + ")"));
     EXPECT_THAT(Loaded(Write(row.beyond)), testing::Not(testing::HasSubstr("limit"))) << row.limit;
   }
+}
+
+// A document of few names, so that keys meet in it; also its texts are keys.
+std::string RandomElement(std::minstd_rand& random, int depth) {
+  static constexpr const char* kNames[] = {"name", "name", "value", "value", "k", "l", "kk"};
+  static constexpr const char* kTexts[] = {"k", "l", "kk", "<!--k-->", "<![CDATA[k]]>", "&e;", " ", "name", "value"};
+  const std::string name = kNames[random() % std::size(kNames)];
+  std::string content;
+  for (auto left = random() % 6; left > 0; --left)
+    content += depth > 0 && random() % 2 == 0 ? RandomElement(random, depth - 1) : kTexts[random() % std::size(kTexts)];
+  return "<" + name + ">" + content + "</" + name + ">";
+}
+
+TEST_F(SimpleXMLValueLookup, TheIndexFindsWhatThePlainWalkFinds) {
+  std::minstd_rand random(7);
+  int found = 0;
+  for (int round = 0; round < 500; ++round) {
+    const std::string text = "<!DOCTYPE r [<!ENTITY e 'k<k>l</k>'>]>" + RandomElement(random, 5);
+    const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write(text)))));
+    const auto* const root = document->getDocumentElement();
+    const xmlvalues::TValueIndex index = xmlvalues::IndexXMLValues(root);
+    for (const char* key : {"k", "l", "kk", " ", "", "name", "value", "none", "*"}) {
+      NQ_TString value, again;
+      const XMLCh* const expected = plain_xml::Find(root, S(key).WideText());
+      EXPECT_EQ(xmlvalues::LookupXMLValue(index, key, value), expected != nullptr) << key << " in " << text;
+      EXPECT_EQ(Text(value), Text(NQ_TString(expected))) << key << " in " << text;
+      EXPECT_TRUE(xmlvalues::LookupXMLValue(root, key, again) == (expected != nullptr) && again == value) << text;
+      found += expected != nullptr ? 1 : 0;
+    }
+  }
+  EXPECT_GT(found, 100);
+}
+
+// The work grows as the document does, whatever its shape; a key more is no walk more.
+TEST_F(SimpleXMLValueLookup, NodesAreVisitedForTheDocumentNotForEachKey) {
+  const struct {
+    const char *before, *after;  // of a number
+    std::string rest;            // once after them all
+  } rows[] = {
+      {"<p><name>k", "</name><value>1</value></p>", ""},
+      {"<name>k", "</name>", Repeated("<!---->", 1'000)},
+      {"<name><!--", "--></name>", ""},
+      {"<k", "/>", ""},
+      {"<!--", "-->", "<name>k</name>"},
+  };
+  for (const auto& row : rows) {
+    const auto indexed = [&](int count) {
+      const std::string text = "<r>" + Numbered(row.before, row.after, count) + row.rest + "</r>";
+      const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write(text)))));
+      return xmlvalues::IndexXMLValues(document->getDocumentElement()).NodesVisited();
+    };
+    const std::size_t once = indexed(1'000), twice = indexed(2'000);
+    EXPECT_GE(once, 1'000U) << row.before;
+    EXPECT_LE(once, 11'000U) << row.before;
+    EXPECT_LE(twice, 2 * once) << row.before;
+  }
+  const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write("<r><k>9</k><l>8</l></r>")))));
+  auto* const root = document->getDocumentElement();
+  const xmlvalues::TValueIndex index = xmlvalues::IndexXMLValues(root);
+  while (root->getFirstChild() != nullptr) root->removeChild(root->getFirstChild());
+  EXPECT_TRUE(index.Find(u"k", true) == std::u16string_view(u"9") && index.Find(u"l", true) != nullptr);
 }
 
 TEST_F(SimpleXMLValueLookup, OnlyPlainFilesAreRead) {

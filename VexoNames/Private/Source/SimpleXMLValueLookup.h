@@ -9,6 +9,10 @@
 // An element's text is its first text child, white space included; CDATA sections do not count. Names are compared
 // character by character, without namespaces.
 //
+//   const TDocument document(LoadXMLDocument(url, limits));
+//   const TValueIndex index = IndexXMLValues(document->getDocumentElement());
+//   bool found = LookupXMLValue(index, "Customer", value);
+//
 // Files are untrusted: nothing outside the file is read (an external document type declaration or entity counts as
 // empty), only plain files are opened, and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails
 // to load, as one with a fault does; the message names the limit.
@@ -22,6 +26,7 @@
 #include <memory>
 
 #include "TNameLimits.h"
+#include "xml/ValueIndex.h"
 
 class NQ_TString;
 class NQ_TURL;
@@ -47,7 +52,11 @@ struct TRelease {
 };
 using TDocument = std::unique_ptr<xercesc::DOMDocument, TRelease>;
 
+/// What LookupXMLValue needs to know of a document, found in one walk: for looking up several keys.
+TValueIndex IndexXMLValues(const xercesc::DOMElement* root);
+
 /// Stores the key's value; false, and an empty value, when the document has none.
+bool LookupXMLValue(const TValueIndex& index, const NQ_TString& key, NQ_TString& value);
 bool LookupXMLValue(const xercesc::DOMElement* root, const NQ_TString& key, NQ_TString& value);
 
 /// The text of the first valueTag that follows a nameTag whose text is the key. Else, when asked to fall back, or
