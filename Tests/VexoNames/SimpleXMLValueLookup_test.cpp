@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iostream>
+#include <memory>
 #include <random>
 #include <string>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -252,6 +254,34 @@ TEST_F(SimpleXMLValueLookup, NodesAreVisitedForTheDocumentNotForEachKey) {
   const xmlvalues::TValueIndex index = xmlvalues::IndexXMLValues(root);
   while (root->getFirstChild() != nullptr) root->removeChild(root->getFirstChild());
   EXPECT_TRUE(index.Find(u"k", true) == std::u16string_view(u"9") && index.Find(u"l", true) != nullptr);
+}
+
+// What a thread meets that still reads files while the process ends: here, after the platform is gone.
+TEST(SimpleXMLValueLookupAtExit, ThePlatformStaysWhileItIsUsed) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const struct {
+    bool used;
+    const char* printed;
+  } rows[] = {{true, "^read$"}, {false, "^NQ_EException: The XML library is not running$"}};
+  for (const auto& row : rows) {
+    const auto end = [&] {
+      auto platform = std::make_unique<const xmlvalues::TXMLPlatform>();
+      auto use = row.used ? std::make_unique<const xmlvalues::TXMLUse>() : nullptr;
+      platform.reset();
+      try {
+        const xmlvalues::TXMLUse another;
+        const std::string path = testing::TempDir() + "SimpleXMLValueLookupAtExit" + std::to_string(getpid());
+        std::ofstream(path) << "<r/>";
+        TDocument(LoadXMLDocument(NQ_TURL(S("file://" + path))));
+        std::filesystem::remove(path);
+        std::cerr << "read";
+      } catch (const NQ_EException& error) {
+        std::cerr << error.ClassName() << ": " << Text(error.NQ_Message());
+      }
+      std::_Exit(0);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), row.printed);
+  }
 }
 
 TEST_F(SimpleXMLValueLookup, OnlyPlainFilesAreRead) {

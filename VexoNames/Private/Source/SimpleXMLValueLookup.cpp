@@ -7,6 +7,7 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <mutex>
 #include <type_traits>
 
 #include "NQ_EException.h"
@@ -21,6 +22,17 @@ using xercesc::DOMElement;
 using xercesc::DOMNode;
 
 static_assert(std::is_same_v<XMLCh, char16_t>, "text goes over as it is");
+
+// The XML library's life. Never destroyed: threads may ask for it while the process ends.
+struct TLife {
+  std::mutex mutex;
+  int platforms = 0;  // not stopped
+  int uses = 0;
+};
+TLife& Life() {
+  static TLife& life = *new TLife;
+  return life;
+}
 
 // Each kind of error has a line of its own: reports tell them apart by it, whatever is edited here.
 template <class Exception>
@@ -42,9 +54,29 @@ xercesc::DOMDocument* Parse(const NQ_TString& file, const TNameLimits& limits, T
 
 }  // namespace
 
-TXMLPlatform::TXMLPlatform() { xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); }
+TXMLPlatform::TXMLPlatform() {
+  const std::lock_guard lock(Life().mutex);
+  xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale);
+  ++Life().platforms;
+}
 
-TXMLPlatform::~TXMLPlatform() { xercesc::XMLPlatformUtils::Terminate(); }
+TXMLPlatform::~TXMLPlatform() {
+  const std::lock_guard lock(Life().mutex);
+  if (Life().uses > 0) return;
+  --Life().platforms;
+  xercesc::XMLPlatformUtils::Terminate();
+}
+
+TXMLUse::TXMLUse() {
+  const std::lock_guard lock(Life().mutex);
+  if (Life().platforms == 0) nq::Throw(NQ_EException("The XML library is not running"));
+  ++Life().uses;
+}
+
+TXMLUse::~TXMLUse() {
+  const std::lock_guard lock(Life().mutex);
+  --Life().uses;
+}
 
 xercesc::DOMDocument* LoadXMLDocument(const NQ_TURL& url, const TNameLimits& limits) {
   const NQ_TString file = NQ_TFileInfo(url, false).LocalName();

@@ -9,6 +9,7 @@
 // An element's text is its first text child, white space included; CDATA sections do not count. Names are compared
 // character by character, without namespaces.
 //
+//   const TXMLUse use;
 //   const TDocument document(LoadXMLDocument(url, limits));
 //   const TValueIndex index = IndexXMLValues(document->getDocumentElement());
 //   bool found = LookupXMLValue(index, "Customer", value);
@@ -18,7 +19,7 @@
 // to load, as one with a fault does; the message names the limit.
 //
 // Threads: any, each with documents of its own. A TXMLPlatform must exist before the first load and until the last
-// document is released.
+// document is released; TXMLUse sees to that where another thread may end the platform.
 #pragma once
 
 #include <xercesc/dom/DOM.hpp>
@@ -33,13 +34,23 @@ class NQ_TURL;
 
 namespace xmlvalues {
 
-/// Starts the XML library and stops it again.
+/// Starts the XML library and stops it again, unless a TXMLUse exists then: a thread that still reads a file while the
+/// process ends goes on, and the library stays as it is.
 class TXMLPlatform {
  public:
   TXMLPlatform();
   ~TXMLPlatform();
   TXMLPlatform(const TXMLPlatform&) = delete;
   TXMLPlatform& operator=(const TXMLPlatform&) = delete;
+};
+
+/// Keeps the XML library from being stopped. Throws NQ_EException where there is no TXMLPlatform, or no longer.
+class TXMLUse {
+ public:
+  TXMLUse();
+  ~TXMLUse();
+  TXMLUse(const TXMLUse&) = delete;
+  TXMLUse& operator=(const TXMLUse&) = delete;
 };
 
 /// Reads the file that the URL names. The document is the caller's, who releases it. Throws NQ_EException with a

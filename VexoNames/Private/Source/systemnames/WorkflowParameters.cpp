@@ -89,6 +89,7 @@ void VexoNameUtils::UpdateWorkflowParametersFromXML(const NQ_TURL& file, const N
   try {
     static const xmlvalues::TXMLPlatform platform;
     if (debugLevel_ > 1) Log(2, "Looking up XML Workflow Parameters in ", file);
+    const xmlvalues::TXMLUse use;  // the process may end meanwhile, and the platform with it
     const xmlvalues::TDocument document(xmlvalues::LoadXMLDocument(file, names.GetLimits()));
     const xmlvalues::TValueIndex values = xmlvalues::IndexXMLValues(document->getDocumentElement());
     for (NQ_TConstIterator i(parameters); !i.IsDone(); i.Next()) {
