@@ -7,7 +7,7 @@
 #include "engine/BuiltIns.h"
 #include "engine/EvaluatorSteps.h"
 #include "regex/Regex.h"
-#include "text/Stages.h"
+#include "text/StageFindings.h"
 
 namespace templatenames {
 
@@ -68,11 +68,13 @@ bool TEvaluator<TObserver>::CutElem(const TStage& stage, TTextInHand& text) {
   if (!ReadSpecification(stage, specification)) return false;
   if (!stage.Asks()) return true;
   LogSpecification(kLines, specification);
-  std::u16string_view separator;
-  int index = 0;
-  const TStageError error = ParseElem(specification, separator, index);
-  if (error != TStageError::None) return FailStage(stage, error, specification);
-  text.Cut(Element(text.View(), separator, index));
+  const TElemSpec spec = ParseElem(specification);
+  if (spec.error != TStageError::None) return FailStage(stage, spec.error, specification);
+  const TElement element = Element(text.View(), spec.separator, spec.index.value);
+  Reported([&](auto& observer) {
+    if (!text.IsUnknown()) AddElemFindings(specification, spec, text.View(), element, observer.Findings());
+  });
+  text.Cut(element.text);
   LogCut(kLines, stage, text);
   Reported([&](auto& observer) { observer.Step("elem", text.View(), specification); });
   return true;
@@ -86,11 +88,13 @@ bool TEvaluator<TObserver>::CutExtract(const TStage& stage, TTextInHand& text) {
   if (!ReadSpecification(stage, specification)) return false;
   if (!stage.Asks()) return true;
   LogSpecification(kLines, specification);
-  int start = 0;
-  int length = 0;
-  const TStageError error = ParseExtract(specification, start, length);
-  if (error != TStageError::None) return FailStage(stage, error, specification);
-  text.Cut(Extract(text.View(), start, length));
+  const TExtractSpec spec = ParseExtract(specification);
+  if (spec.error != TStageError::None) return FailStage(stage, spec.error, specification);
+  const TExtract extract = Extract(text.View(), spec.start.value, spec.length.value);
+  Reported([&](auto& observer) {
+    if (!text.IsUnknown()) AddExtractFindings(specification, spec, text.View(), extract, observer.Findings());
+  });
+  text.Cut(extract.text);
   LogCut(kLines, stage, text);
   Reported([&](auto& observer) { observer.Step("extract", text.View(), specification); });
   return true;

@@ -1,6 +1,7 @@
 // The evaluator, second chapter: from the name to its text. For Evaluator.cpp only.
 #pragma once
 
+#include <algorithm>
 #include <limits>
 
 #include "NQ_EException.h"
@@ -14,8 +15,6 @@
 #include "text/Log.h"
 
 namespace templatenames {
-
-inline constexpr int kNoLines = -1;  // a debug level below all lines
 
 template <class TObserver>
 template <class TAction>
@@ -356,9 +355,8 @@ template <class TObserver>
 bool TEvaluator<TObserver>::FailFormat(const TWriter& writer, TPrintfFormat::TKind kind) {
   std::string log;
   if (Logs(2)) {
-    const char* reason = nullptr;
-    TPrintfFormat::Parse(writer.formatText, kind, &reason);
-    log = " Format \"" + std::string(NQ_TString(writer.formatText).Narrow()) + "\" refused: " + reason;
+    log = " Format \"" + std::string(NQ_TString(writer.formatText).Narrow()) +
+          "\" refused: " + std::string(FormatProblem(writer.formatText, kind).reason.Narrow());
   }
   return Fail(writer.key, log, [&] { return FormatProblem(writer.formatText, kind); });
 }
@@ -388,7 +386,9 @@ bool TEvaluator<TObserver>::ApplyOptions(TToken& token, TTextInHand& text) {
 template <class TObserver>
 bool TEvaluator<TObserver>::Format(std::u16string_view key, const NQ_TDict& options, NQ_TString& value,
                                    TTextInHand& text) {
-  const std::int64_t most = std::max<std::int64_t>(budget_.characters, 0);
+  // What was left before the value was charged.
+  const std::int64_t left = budget_.characters + static_cast<std::int64_t>(value.Length());
+  const std::int64_t most = std::clamp<std::int64_t>(left, 0, kMostEncoded);
   TFindings* findings = nullptr;
   Reported([&](auto& observer) { findings = &observer.Findings(); });
   const int level = TObserver::kCalls ? engine_.debugLevel.load(std::memory_order_relaxed) : kNoLines;

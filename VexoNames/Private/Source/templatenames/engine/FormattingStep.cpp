@@ -1,53 +1,79 @@
 #include "engine/FormattingStep.h"
-#include <array>
+
+#include <algorithm>
+#include <string_view>
+
 #include "engine/DateLog.h"
+#include "formatting/OptionPlaces.h"
+#include "formatting/OptionTable.h"
 #include "formatting/date/DateTime.h"
 #include "formatting/number/FormatNumber.h"
 #include "formatting/text/FormatText.h"
-#include "formatting/OptionPlaces.h"
 #include "text/Log.h"
+
 namespace templatenames {
 namespace {
-using TFormatter = bool (*)(int debugLevel, const NQ_TDict& options, NQ_TString& value);
 
-struct TFormatKey {
+struct TChoiceKeys {
   enum TKey : std::size_t { kDataFormat, kCount };
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys = new std::array<NQ_TString, kCount>{NQ_TString(u"DataFormat")};
-    return *keys;
-  }
+  static const auto& All() { return OptionKeys<TOptionReader::Choice, kCount>(); }
 };
+
+struct TCall {
+  const NQ_TDict& options;
+  int debugLevel;
+  std::int64_t mostCharacters;
+  NQ_TString& value;
+  TFindings* findings;
+};
+
+bool ApplyText(const TCall& call) {
+  return FormatText(call.options, static_cast<std::size_t>(std::max<std::int64_t>(call.mostCharacters, 0)), call.value);
+}
+
+void LogNumber(int debugLevel, const NQ_TString& value, const TNumberOutcome& outcome) {
+  if (outcome.kind == TNumberOutcome::TKind::NotANumber && debugLevel > 0)
+    Log(1, "Failed to convert ", value, " to number.  Caused by:\n", outcome.error);
+  if (outcome.kind == TNumberOutcome::TKind::NotWritten && debugLevel > 5)
+    Log(6, "Error converting ", outcome.number, " to string");
+}
+
+bool ApplyNumber(const TCall& call) {
+  const NQ_TString before = call.findings == nullptr ? NQ_TString() : call.value;
+  const TNumberOutcome outcome = FormatNumber(call.options, call.value);
+  if (outcome.kind != TNumberOutcome::TKind::Written) LogNumber(call.debugLevel, call.value, outcome);
+  if (call.findings != nullptr) AddNumberFindings(before, outcome, *call.findings);
+  return true;
+}
+
+bool ApplyDate(const TCall& call) {
+  const NQ_TString before = call.debugLevel >= kLevelOfDateSteps ? call.value : NQ_TString();
+  const TDateOutcome outcome = FormatDateTimeValue(call.options, call.value, call.findings);
+  if (call.debugLevel >= 0) LogDate(call.debugLevel, call.options, before, call.value, outcome);
+  return true;
+}
 
 struct TDataFormat {
   std::u16string_view word;
-  TFormatter formatter;
+  bool (*apply)(const TCall& call);
 };
-
-bool FormatText(int, const NQ_TDict& options, NQ_TString& value) { return ::templatenames::FormatText(options, value); }
-
-bool FormatDate(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
-  const NQ_TString before = debugLevel >= kLevelOfDateSteps ? value : NQ_TString();
-  const TDateOutcome outcome = FormatDateTimeValue(options, value, nullptr);
-  LogDate(debugLevel, options, before, value, outcome);
-  return outcome.written;
-}
 
 constexpr TDataFormat kDataFormats[] = {
-    {u"TEXT", &FormatText},
-    {u"NUMBER", &templatenames::FormatNumber},
-    {u"DATETIME", &FormatDate},
+    {kDataFormatWords[0], &ApplyText},
+    {kDataFormatWords[1], &ApplyNumber},
+    {kDataFormatWords[2], &ApplyDate},
 };
 
-}
-bool ApplyFormattingOptions(const NQ_TDict& options, int debugLevel, std::int64_t, NQ_TString& value, TFindings*) {
-  const NQ_TString& word = TOptionPlaces<TFormatKey>::In(options).Text(TFormatKey::kDataFormat);
-  for (const TDataFormat& format : kDataFormats) {
-    if (word.Equals(format.word)) {
-      format.formatter(debugLevel, options, value);
-      return true;
-    }
-  }
-  Log(0, "Unsupported DataFormat ", word);
+}  // namespace
+
+bool ApplyFormattingOptions(const NQ_TDict& options, int debugLevel, std::int64_t mostCharacters, NQ_TString& value,
+                            TFindings* findings) {
+  if (value.Empty() || options.IsEmpty()) return true;
+  const NQ_TString& word = TOptionPlaces<TChoiceKeys>::In(options).Text(TChoiceKeys::kDataFormat);
+  for (const TDataFormat& format : kDataFormats)
+    if (word.Equals(format.word)) return format.apply({options, debugLevel, mostCharacters, value, findings});
+  if (debugLevel >= 0) Log(0, "Unsupported DataFormat ", word);
   return true;
 }
-}
+
+}  // namespace templatenames

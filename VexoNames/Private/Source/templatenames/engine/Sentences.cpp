@@ -7,25 +7,18 @@
 #include "NQ_ENoSuchUnit.h"
 #include "NQ_ENoSuchUnitCategory.h"
 #include "NQ_TBoxed.h"
+#include "formatting/number/Units.h"
 #include "text/Log.h"
+#include "text/PrintfRefusal.h"
+#include "text/StageFindings.h"
 
 namespace templatenames {
 namespace {
 
 using P = TNameProblem;
 
-// The longest text that a sentence repeats; what is longer is cut in the middle of nowhere, and says so.
-constexpr std::size_t kMostQuoted = 100;
-
 TProblem Problem(P::TNameProblem_Kind kind, NQ_TString reason, NQ_TString suggestion = {}) {
   return {kind, TLimit::None, std::move(reason), std::move(suggestion)};
-}
-
-NQ_TString Between(const char* quote, std::u16string_view text) {
-  const bool isLong = text.size() > kMostQuoted;
-  std::size_t length = isLong ? kMostQuoted : text.size();
-  if (isLong && (text[length - 1] & 0xFC00) == 0xD800) --length;  // not within a character
-  return NQ_TString(quote) + NQ_TString(text.substr(0, length)) + (isLong ? "..." : "") + quote;
 }
 
 const char* WordOf(P::TNameProblem_Kind kind) {
@@ -60,23 +53,18 @@ const char* KindWritten(TRecipe::TWriting writing) {
   }
 }
 
-// What a stage that cannot be used leaves behind, and tells.
+// What a stage that cannot be used leaves behind.
 struct TStageErrorRow {
   TStageError error;
   TName::TName_Error code;
   P::TNameProblem_Kind kind;
-  const char* why;
 };
 
 constexpr TStageErrorRow kStageErrors[] = {
-    {TStageError::ElemSyntax, TName::TName_ErrorElemSyntax, P::TNameProblem_KindElem,
-     " is not \"separator,index\", such as \"_,1\""},
-    {TStageError::ElemIndex, TName::TName_ErrorElemIndex, P::TNameProblem_KindElem,
-     " has a negative index; the first element is 0"},
-    {TStageError::ExtractIndex, TName::TName_ErrorExtractIndex, P::TNameProblem_KindExtract,
-     " has a negative start; the first character is 0"},
-    {TStageError::ExtractSyntax, TName::TName_ErrorExtractSyntax, P::TNameProblem_KindExtract,
-     " is not \"start,length\", such as \"0,3\""},
+    {TStageError::ElemSyntax, TName::TName_ErrorElemSyntax, P::TNameProblem_KindElem},
+    {TStageError::ElemIndex, TName::TName_ErrorElemIndex, P::TNameProblem_KindElem},
+    {TStageError::ExtractIndex, TName::TName_ErrorExtractIndex, P::TNameProblem_KindExtract},
+    {TStageError::ExtractSyntax, TName::TName_ErrorExtractSyntax, P::TNameProblem_KindExtract},
 };
 
 const TStageErrorRow& RowOf(TStageError error) {
@@ -85,9 +73,11 @@ const TStageErrorRow& RowOf(TStageError error) {
 
 }  // namespace
 
-NQ_TString Quoted(std::u16string_view text) { return Between("\"", text); }
-
-NQ_TString Named(std::u16string_view key) { return Between("'", key); }
+NQ_TString Named(std::u16string_view key) {
+  NQ_TString quoted = Quoted(key);
+  const std::u16string_view inner = quoted.StringView();
+  return Sentence(u"'", inner.substr(1, inner.size() - 2), u"'");
+}
 
 TProblem LimitProblem(TLimit limit, const TNameLimits& limits) {
   return {P::TNameProblem_KindLimit, limit, SentenceOf(limit, limits), {}};
@@ -148,9 +138,10 @@ TProblem CounterProblem(std::u16string_view key) {
 }
 
 TProblem FormatProblem(std::u16string_view format, TPrintfFormat::TKind kind) {
-  const char* why = "it is refused";
-  TPrintfFormat::Parse(format, kind, &why);
-  return Problem(P::TNameProblem_KindFormat, NQ_TString("format ") + Quoted(format) + ": " + why);
+  TPrintfFormat::TRefusal refusal;
+  TPrintfFormat::Parse(format, kind, &refusal);
+  return Problem(P::TNameProblem_KindFormat, RefusalReason(format, kind, refusal),
+                 RefusalSuggestion(format, kind, refusal));
 }
 
 TProblem TimeFormatProblem(std::u16string_view format) {
@@ -161,8 +152,8 @@ TProblem TimeFormatProblem(std::u16string_view format) {
 TName::TName_Error ErrorCodeOf(TStageError error) { return RowOf(error).code; }
 
 TProblem StageProblem(TStageError error, std::u16string_view specification) {
-  const TStageErrorRow& row = RowOf(error);
-  return Problem(row.kind, NQ_TString(WordOf(row.kind)) + " " + Quoted(specification) + row.why);
+  return Problem(RowOf(error).kind, StageErrorReason(error, specification),
+                 StageErrorSuggestion(error, specification));
 }
 
 TProblem SpecificationProblem(P::TNameProblem_Kind kind, std::u16string_view key) {
@@ -204,13 +195,15 @@ NQ_TString UnusedFormatSentence(std::u16string_view format) {
   return NQ_TString("format ") + Quoted(format) + " is not used: a URL is written as it is";
 }
 
-TProblem OptionsProblem(const NQ_EException& error, const NQ_TDict&) {
+TProblem OptionsProblem(const NQ_EException& error, const NQ_TDict& options) {
   const NQ_TString& message = error.NQ_Message();
   if (dynamic_cast<const NQ_ENoSuchUnitCategory*>(&error) != nullptr)
-    return Problem(P::TNameProblem_KindUnit,
-                   NQ_TString("there is no category of units ") + Quoted(message.StringView()));
-  if (dynamic_cast<const NQ_ENoSuchUnit*>(&error) != nullptr)
-    return Problem(P::TNameProblem_KindUnit, NQ_TString("there is no unit ") + Quoted(message.StringView()));
+    return Problem(P::TNameProblem_KindUnit, UnknownCategoryReason(message), NearestCategory(message));
+  if (dynamic_cast<const NQ_ENoSuchUnit*>(&error) != nullptr) {
+    const auto* const category = options.Get<NQ_TString>("ConvertUnitCategory");
+    const NQ_TString& known = category == nullptr ? NQ_TString::sEmpty : *category;
+    return Problem(P::TNameProblem_KindUnit, UnknownUnitReason(known, message), NearestUnit(known, message));
+  }
   return Problem(P::TNameProblem_KindOptions, NQ_TString("the formatting options cannot be used: ") + message);
 }
 

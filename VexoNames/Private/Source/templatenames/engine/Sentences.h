@@ -8,13 +8,12 @@
 #include "engine/Engine.h"
 #include "engine/Observer.h"
 #include "engine/Token.h"
+#include "text/Sentence.h"
 #include "text/Stages.h"
 
 namespace templatenames {
 
-/// The text in double quotes; a long one is cut short.
-NQ_TString Quoted(std::u16string_view text);
-/// The same for a name, in single quotes.
+/// The name in single quotes; a long one is cut short.
 NQ_TString Named(std::u16string_view key);
 
 TProblem LimitProblem(TLimit limit, const TNameLimits& limits);
