@@ -35,6 +35,19 @@ std::string Sentence(const TNameProblem& problem) {
   return Within(problem.Within()) + token + Printable(Shortened(problem.Reason().Narrow(), kLongestReason));
 }
 
+std::vector<std::string> FailureLines(const TNameReport& report) {
+  std::vector<std::string> lines;
+  std::size_t untold = report.FailureCount() - report.Failures().size();
+  const TNameProblem* before = nullptr;
+  for (const TNameProblem& failure : report.Failures()) {
+    const bool again = before != nullptr && !failure.Limit().Empty() && failure.Reason() == before->Reason();
+    again ? void(++untold) : lines.push_back(Sentence(failure));
+    before = &failure;
+  }
+  if (untold > 0) lines.push_back(std::to_string(untold) + (untold == 1 ? " more token fails" : " more tokens fail"));
+  return lines;
+}
+
 TJson JsonOf(const TNameProblem& problem, TNamePlaces& places) {
   const TNamePlace place = places.At(problem.Begin());
   TJson object = {{"kind", problem.KindName()}, {"token", std::string(problem.Token().Narrow())}};

@@ -1,6 +1,5 @@
 // vexonames resolve
 #include <nlohmann/json.hpp>
-#include <optional>
 
 #include "Commands.h"
 #include "Errors.h"
@@ -14,13 +13,6 @@ namespace {
 using TJson = nlohmann::ordered_json;
 
 std::string Utf8(const NQ_TString& text) { return std::string(text.Narrow()); }
-
-// When not all failures were kept, what else there is to say; else nothing.
-std::optional<std::string> More(const TNameReport& report) {
-  const std::size_t more = report.FailureCount() - report.Failures().size();
-  if (more == 0) return std::nullopt;
-  return std::to_string(more) + (more == 1 ? " more token fails" : " more tokens fail");
-}
 
 /// Where a result belongs: template and input by their numbers, from 1; input 0 is the only one.
 struct TPlace {
@@ -50,8 +42,7 @@ class TPlainForm final : public TForm {
   void Show(const TPlace& place, const TResolution& resolution) override {
     const std::string where = place.Prefix();
     const TNameReport& report = resolution.report;
-    for (const TNameProblem& failure : report.Failures()) diagnostics_.Line({where, Sentence(failure)});
-    if (const auto more = More(report)) diagnostics_.Line({where, *more});
+    for (const std::string& line : FailureLines(report)) diagnostics_.Line({where, line});
     for (const TRemark& remark : resolution.remarks) diagnostics_.Line({where, "note: ", remark.text});
     for (const TNameProblem& note : report.Notes()) diagnostics_.Line({where, "note: ", Sentence(note)});
     data_.Result(resolution.result.Narrow());
@@ -74,8 +65,7 @@ class TTableForm final : public TForm {
     data_.Line(std::string(first.size() < 3 ? 3 - first.size() : 0, ' ') + first + "  " +
                Printable(resolution.text.Narrow()));
     Row(resolution.ok ? "=" : "!", Printable(resolution.result.Narrow()));
-    for (const TNameProblem& failure : resolution.report.Failures()) Row(" ", Sentence(failure));
-    if (const auto more = More(resolution.report)) Row(" ", *more);
+    for (const std::string& line : FailureLines(resolution.report)) Row(" ", line);
     for (const TRemark& remark : resolution.remarks) Row(" ", "note: " + remark.text);
     for (const TNameProblem& note : resolution.report.Notes()) Row(" ", "note: " + Sentence(note));
   }
