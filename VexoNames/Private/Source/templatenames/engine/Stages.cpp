@@ -8,6 +8,7 @@
 #include "TName.h"
 #include "engine/AttributeKeys.h"
 #include "engine/Attributes.h"
+#include "engine/BudgetClock.h"
 #include "engine/Entry.h"
 #include "regex/Regex.h"
 #include "text/Log.h"
@@ -44,6 +45,8 @@ TName::TName_Error ErrorCode(TStageError error) {
   }
   return TName::TName_ErrorNone;
 }
+
+constexpr const char* kNoTimeLeft = " More time for regular expressions than the limit allows";
 
 }  // namespace
 
@@ -102,11 +105,12 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
   const NQ_TString pattern = *specification;
   if (logs) Log(2, "TName::TNameRegexHandler: RegEx string = \"", pattern, '"');
   if (names->budget_.RegexSpent()) {
-    names->LogToken(key, " More time for regular expressions than the limit allows");
+    names->LogToken(key, kNoTimeLeft);
     return false;
   }
   names->budget_.LookAtClock();
-  const TRegexLimits limits{names->limits_.regexMatch, names->limits_.regexRecursion};
+  templatenames::TBudgetClock clock(names->budget_);
+  const TRegexLimits limits{names->limits_.regexMatch, names->limits_.regexRecursion, &clock};
   TRegexOutcome outcome = templatenames::FirstGroup(pattern, input, limits);
   if (outcome.kind != TRegexOutcome::TKind::Matched) names->budget_.characters -= pattern.Length();  // of the message
   switch (outcome.kind) {
@@ -121,6 +125,10 @@ bool TName::TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, co
       return true;
     case TRegexOutcome::TKind::MatchError:
       Log(0, "TName:'", input, "' does not match regex '", pattern, "':match error ", outcome.code);
+      result = input;
+      return false;
+    case TRegexOutcome::TKind::TimeSpent:
+      names->LogToken(key, kNoTimeLeft);
       result = input;
       return false;
     case TRegexOutcome::TKind::NoGroup:

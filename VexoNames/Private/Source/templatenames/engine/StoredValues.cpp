@@ -9,6 +9,7 @@
 #include "NQ_TBoxed.h"
 #include "TName.h"
 #include "engine/Attributes.h"
+#include "engine/BudgetClock.h"
 #include "engine/HandlerPointers.h"
 #include "engine/NameStore.h"
 #include "engine/Token.h"
@@ -164,7 +165,8 @@ inline bool TName::FindGroup(TToken& token, std::u16string_view& text) {
   if (ascii == nullptr || budget_.RegexSpent()) return false;
   budget_.BeginRegex();
   std::string_view group;
-  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
+  templatenames::TBudgetClock clock(budget_);
+  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion, &clock};
   if (!token.Regex().FindFirstGroup({ascii, text.size()}, limits, group)) return false;
   text =
       group.empty() ? std::u16string_view() : text.substr(static_cast<std::size_t>(group.data() - ascii), group.size());
@@ -336,6 +338,7 @@ bool TName::AppendGroup(TToken& token, std::u16string_view text, NQ_TString& out
   if (token.parts.regex.empty() && own == nullptr) return false;
   budget_.BeginRegex();
   const TRegex& regex = own == nullptr ? token.Regex() : templatenames::KeptRegex(*own);
-  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion};
+  templatenames::TBudgetClock clock(budget_);
+  const TRegexLimits limits{limits_.regexMatch, limits_.regexRecursion, &clock};
   return regex.AppendFirstGroup(text, limits, out).kind == TRegexResult::TKind::Matched;
 }
