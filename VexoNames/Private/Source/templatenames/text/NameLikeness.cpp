@@ -9,7 +9,7 @@
 namespace templatenames {
 namespace {
 
-constexpr std::u16string_view kSeparators = u"_-.: ";
+constexpr std::u16string_view kSeparators = u"_-.: \t\r\n\u00A0";
 
 std::u16string Sorted(std::u16string_view text) {
   std::u16string sorted(text);
