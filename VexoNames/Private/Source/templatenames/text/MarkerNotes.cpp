@@ -1,3 +1,6 @@
+// What lies outside tokens: NoteTemplateSyntax.
+#include "text/TokenNotes.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -5,7 +8,6 @@
 #include "text/LookAlikes.h"
 #include "text/Nearest.h"
 #include "text/NoteText.h"
-#include "text/TokenNotes.h"
 #include "text/TokenText.h"
 
 namespace templatenames {
