@@ -55,6 +55,7 @@ TNameDistance TNameLikeness::DistanceTo(std::u16string_view name) const {
   std::ranges::transform(folded, folded.begin(), FoldedUnit);
   distance.separators = EditsBetween(folded_, folded, kMostEdits);
   distance.otherFirst = letters_.front() != other.front();
+  distance.added = static_cast<int>(letters_.size()) - static_cast<int>(other.size());
   return distance;
 }
 
