@@ -1,9 +1,4 @@
-// The cases of Cases.txt: "operations => outcome", one a line. The outcome is what the last operation gives, or what is
-// thrown; then the error code that is left, and the lines that are written. "names: ..." are the names of the rows
-// below.
-//
-// And what is written to standard output at each debug level: Log.expected lists operations, each after "> ", and below
-// it the lines that they write, each after the lowest level that shows it.
+// Cases.txt: operations and their outcomes. Log.expected: operations, and what is written at each debug level.
 #include <sstream>
 
 #include "Support.h"
@@ -24,44 +19,31 @@ std::string Outcome(TName& names, const std::string& script) {
   return outcome.empty() ? "(empty)" : outcome;
 }
 
-TEST(Cases, HaveTheirOutcomes) {
+const RowFile cases("Cases.txt", {"names:"}, [](const Row& row) {
   const auto clock = NQ_TTime::SetClock([] { return 1.7e12; });
-  std::string common;
-  for (const std::string& line : Lines("Cases.txt")) {
-    if (line.starts_with("names:")) {
-      common = line.substr(std::min<std::size_t>(line.size(), 7));
-      continue;
-    }
-    const std::size_t arrow = line.find(" => ");
-    ASSERT_NE(arrow, line.npos) << line;
-    for (const bool hooked : {false, true}) {  // a hook, which does nothing here, makes every value go the long way
-      Names names(common);
-      if (hooked) names.SetWarnLookupHandler([](const NQ_TString&, TName*) {});
-      EXPECT_EQ(Outcome(names, line.substr(0, arrow)), line.substr(arrow + 4)) << line << (hooked ? " (hooked)" : "");
-      EXPECT_TRUE(OtherThreadGetsLock(names)) << line;
-    }
+  const auto parts = Pieces(row.text, " => ", 2);
+  for (const bool hooked : {false, true}) {  // a hook, which does nothing here, makes every value go the long way
+    Names names(row.Setting("names:"));
+    if (hooked) names.SetWarnLookupHandler([](const NQ_TString&, TName*) {});
+    EXPECT_EQ(Outcome(names, parts.at(0)), parts.at(1)) << (hooked ? "hooked" : "");
+    EXPECT_TRUE(OtherThreadGetsLock(names));
   }
   NQ_TTime::SetClock(clock);
-}
+});
 
-TEST(Cases, AreLoggedByLevel) {
-  const std::vector<std::string> lines = Lines("Log.expected");
-  for (auto line = lines.begin(); line != lines.end();) {
-    ASSERT_TRUE(line->starts_with("> ")) << *line;
-    const std::string script = line->substr(2);
-    std::string expected[4];
-    for (++line; line != lines.end() && !line->starts_with("> "); ++line)
-      for (int level = line->at(0) - '0'; level <= 3; ++level) expected[level] += line->substr(1) + "\n";
-    for (int level = 0; level <= 3; ++level) {
-      Names names("text A = x; number N = 7; auto K = 1; url L = file://h/p; time T; sql Q; define X = 0 99");
-      names.SetDebugLevel(level);
-      Output output;
-      Thrown([&] { Do(names, script); });
-      EXPECT_EQ(output.Take(), expected[level]) << script << " at level " << level;
-      EXPECT_EQ(names.GetDebugLevel(), level) << script;
-    }
+const RowFile logs("Log.expected", {}, [](const Row& row) {
+  std::string expected[4];
+  for (const std::string& line : Pieces(row.below, "\n"))
+    for (int level = line.empty() ? 4 : line[0] - '0'; level <= 3; ++level) expected[level] += line.substr(1) + "\n";
+  for (int level = 0; level <= 3; ++level) {
+    Names names("text A = x; number N = 7; auto K = 1; url L = file://h/p; time T; sql Q; define X = 0 99");
+    names.SetDebugLevel(level);
+    Output output;
+    Thrown([&] { Do(names, row.text); });
+    EXPECT_EQ(output.Take(), expected[level]) << "at level " << level;
+    EXPECT_EQ(names.GetDebugLevel(), level);
   }
-}
+});
 
 }  // namespace
 }  // namespace names_test

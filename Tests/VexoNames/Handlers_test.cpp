@@ -6,6 +6,7 @@
 
 #include "NQ_TBoxed.h"
 #include "Support.h"
+#include "TreeText.h"
 
 namespace names_test {
 namespace {
@@ -60,57 +61,49 @@ struct WarnObject : TNameWarnLookupHandler {
   void WarnLookup(const NQ_TString& key, TName* names) override { Called("object", key, names, nullptr); }
 } warnObject;
 
-constexpr struct {
-  std::string_view word;
-  void (*install)(TName&);  // for the name A where it takes a name
-} kKinds[] = {
-    {"own", [](TName& n) { n.SetLookupHandler("A", Own, false); }},
-    {"user", [](TName& n) { n.SetUserLookupHandler(User<false>); }},
-    {"type", [](TName& n) { n.SetTypeHandler("A", Type); }},
-    {"e", [](TName& n) { n.SetElemHandler(Stage<'e'>); }},
-    {"x", [](TName& n) { n.SetExtractHandler(Stage<'x'>); }},
-    {"r", [](TName& n) { n.SetRegExHandler(Stage<'r'>); }},
-    {"warn", [](TName& n) { n.SetWarnLookupHandler(Warn); }},
-    {"own of B", [](TName& n) { n.SetLookupHandler("B", Own, false); }},
-    {"fails", [](TName& n) { n.SetLookupHandler("A", Fails, false); }},
-    {"object", [](TName& n) { n.SetLookupHandler("A", &ownObject, false); }},
-    {"user answers", [](TName& n) { n.SetUserLookupHandler(User<true>); }},
-    {"x fails", [](TName& n) { n.SetExtractHandler(Stage<'x', false>); }},
-    {"warn object", [](TName& n) { n.SetWarnLookupHandler(&warnObject); }},
+// Each for the name A where it takes a name. The first ones call `act`; each is tried by MayDoAnything.
+const Word kKinds[] = {
+    {"own", [](TName& n, Line&) { n.SetLookupHandler("A", Own, false); }},
+    {"user", [](TName& n, Line&) { n.SetUserLookupHandler(User<false>); }},
+    {"type", [](TName& n, Line&) { n.SetTypeHandler("A", Type); }},
+    {"e", [](TName& n, Line&) { n.SetElemHandler(Stage<'e'>); }},
+    {"x", [](TName& n, Line&) { n.SetExtractHandler(Stage<'x'>); }},
+    {"r", [](TName& n, Line&) { n.SetRegExHandler(Stage<'r'>); }},
+    {"warn", [](TName& n, Line&) { n.SetWarnLookupHandler(Warn); }},
+    {"own of B", [](TName& n, Line&) { n.SetLookupHandler("B", Own, false); }},
+    {"fails", [](TName& n, Line&) { n.SetLookupHandler("A", Fails, false); }},
+    {"object", [](TName& n, Line&) { n.SetLookupHandler("A", &ownObject, false); }},
+    {"user answers", [](TName& n, Line&) { n.SetUserLookupHandler(User<true>); }},
+    {"x fails", [](TName& n, Line&) { n.SetExtractHandler(Stage<'x', false>); }},
+    {"warn object", [](TName& n, Line&) { n.SetWarnLookupHandler(&warnObject); }},
 };
-
 const auto kUsualKinds = std::span(kKinds).first(7);
 
-/// Does a script; beside the operations on names it may hold the words of the table above, and
+/// Does what a handler does when it is called, or what is done before:
 ///   entry Format = 5    the attribute becomes 5, whatever its class was; "none" removes it
 ///   template <A/>       the template that is being resolved becomes another one
 ///   throw               throws something that is no exception of the framework
 ///   again               resolves the template that is being resolved
 ///   fill                many names come and go, and many templates are resolved
 void Perform(TName& names, NQ_TDict* entry, std::string_view script) {
-  for (const auto& kind : kKinds)
-    if (kind.word == script) return kind.install(names);
-  if (script == "throw") throw 5;
-  if (script.starts_with("entry ")) {
-    if (entry == nullptr) return;
-    const std::size_t equals = script.find(" = ");
-    const NQ_TString key = S(script.substr(6, equals - 6));
-    const std::string value(script.substr(equals + 3));
-    if (value == "none") return entry->Remove(key);
-    (*entry)[key] = value == "5" ? NQ_TAny(5) : value == "{}" ? NQ_TAny(NQ_TDict()) : NQ_TAny(value.c_str());
-  } else if (script.starts_with("template ")) {
-    templateInHand = S(script.substr(9));
-  } else if (script == "again") {
-    NQ_TString result;
-    names.Resolve(templateInHand, result);
-  } else if (script == "fill") {
-    names.UnDefine();
-    for (int i = 0; i < 300; ++i) Do(names, "text n = v; resolve <n/>" + std::to_string(i));
-    for (int i = 0; i < 300; ++i) Do(names, "text n" + std::to_string(i) + " = v");
-    names.UnDefine();
-  } else {
-    Do(names, script);
-  }
+  const Word words[] = {
+      {"entry",
+       [entry](TName&, Line& l) {
+         if (entry == nullptr) return;
+         l.value == "none" ? entry->Remove(l.key) : void((*entry)[l.key] = Value(Text(l.value)));
+       }},
+      {"template", [](TName&, Line& l) { templateInHand = l.key; }},
+      {"throw", [](TName&, Line&) { throw 5; }},
+      {"again", [](TName& n, Line&) { Resolved(n, Text(templateInHand)); }},
+      {"fill",
+       [](TName& n, Line&) {
+         n.UnDefine();
+         for (int i = 0; i < 300; ++i) Do(n, "text n = v; resolve <n/>" + std::to_string(i));
+         for (int i = 0; i < 300; ++i) Do(n, "text n" + std::to_string(i) + " = v");
+         n.UnDefine();
+       }},
+  };
+  Do(names, script, words);
 }
 
 std::string ResolvedInHand(TName& names, std::string_view text) {
@@ -120,10 +113,12 @@ std::string ResolvedInHand(TName& names, std::string_view text) {
   return (ok ? "" : "! ") + Text(result);
 }
 
+// Rows of Handlers.txt.
+
 void CheckCalls(const std::string& setUp, const std::string& text, const std::string& resolved,
                 const std::string& called) {
   Names names("text A = x; number N = 7; text B = <N/><U/>");
-  for (const std::string& what : Split(setUp)) Perform(names, nullptr, what);
+  Do(names, setUp, kKinds);
   for (int time = 1; time <= 6; ++time) {  // as a token, and as a template that is kept after a while
     SCOPED_TRACE(time);
     calls.clear();
@@ -138,70 +133,57 @@ void CheckCalls(const std::string& setUp, const std::string& text, const std::st
 
 void CheckEffect(const std::string& kind, const std::string& script, const std::string& resolved) {
   Names names("text A = x; number N = 7");
-  Perform(names, nullptr, kind);
+  Do(names, kind, kKinds);
   Resolved(names, "<A/>|<N/>|<A/>");  // seen before
   act = [&](TName& n, NQ_TDict* entry) { Perform(n, entry, script); };
   EXPECT_EQ(ResolvedInHand(names, "<A/>|<N/>|<A/>"), resolved);
   act = nullptr;
 }
 
-TEST(Handlers, AreCalledInOrderAndChangesTakeEffectFromTheNextStepOn) {
-  for (const std::string& line : Lines("Handlers.txt")) {
-    SCOPED_TRACE(line);
-    const std::size_t does = line.find(" does "), set = line.find(": "), arrow = line.find(" => ");
-    const std::size_t second = line.find(" => ", arrow + 1);
-    if (does != line.npos)
-      CheckEffect(line.substr(0, does), line.substr(does + 6, arrow - does - 6), line.substr(arrow + 4));
-    else
-      CheckCalls(line.substr(0, set), line.substr(set + 2, arrow - set - 2), line.substr(arrow + 4, second - arrow - 4),
-                 line.substr(second + 4));
+// Whatever a handler does, the call ends, and the names can be used afterwards.
+void CheckAnything(const std::string& script, const Word& kind) {
+  SCOPED_TRACE(std::string(kind.word) + " handler");
+  Names names("text A = x; text B = [<A/>]; number N = 7; limit tokens = 1000; limit nestedDepth = 4");
+  Do(names, kind.word, kKinds);
+  int acts = 0;
+  // Names that are gone make operations of the script throw, which is the script's own affair.
+  act = [&](TName& n, NQ_TDict* entry) { ++acts, Thrown([&] { Perform(n, entry, script); }); };
+  const auto attempt = [&](const auto& operation) {
+    try {
+      return operation();
+    } catch (int) {
+      EXPECT_EQ(script, "throw");
+      return std::string("p  q");
+    }
+  };
+  for (int time = 1; time <= 2; ++time) {
+    const std::string text = attempt([&] { return ResolvedInHand(names, "p <A/> <N/> <B/> <A/> q"); });
+    EXPECT_TRUE((text.starts_with("p ") || text.starts_with("! p ")) && text.ends_with(" q")) << text;
   }
+  for (const char* operation : {"resolve <B/>", "markers {A}", "to url //h/<A/>", "from url x://h/<A/>", "token A"})
+    attempt([&] { return Do(names, operation); });
+  EXPECT_TRUE(acts >= 1 && acts <= 7000) << acts;
+  act = nullptr;
+  Do(names, "text A = fresh; text B = <A/>; no elem");
+  EXPECT_EQ(Resolved(names, "<A/><B/>"), "freshfresh");
+  EXPECT_TRUE(OtherThreadGetsLock(names));
 }
+
+const RowFile file("Handlers.txt", {}, [](const Row& row) {
+  const auto parts = Pieces(row.text, " => ");
+  const auto does = Pieces(parts[0], " does ", 2), set = Pieces(parts[0], ": ", 2);
+  if (does[0] == "any")
+    for (const Word& kind : kUsualKinds) CheckAnything(does.at(1), kind);
+  else if (does.size() > 1)
+    CheckEffect(does[0], does[1], parts.at(1));
+  else
+    CheckCalls(set.at(0), set.at(1), parts.at(1), parts.at(2));
+});
 
 TEST(Handlers, AnEntryHasOneKindOfLookupAtATime) {
   Names names("text A = x");
   names.SetLookupHandler("A", &ownObject, false);
   EXPECT_EQ(EntryText(names, "A"), "Category=misc Format=%s LookupHandler2 Type=0 TypeHandler Value=x");
-}
-
-TEST(Handlers, MayDoAnything) {
-  for (const std::string& script : Split(
-           "throw|undefine A|undefine B|undefine|fill|text A = w; text N = x; text B = <A/>; undefine A; number A = 3|"
-           "no lookup A; no type A|no user; no warn; no elem; no extract; no regex|entry Value = {}|entry Type = {}|"
-           "entry Format = {}|entry Elem = {}|entry LookupHandler = 5|entry TypeHandler = x|entry Category = 5|"
-           "entry Type = none|entry LookupHandler = none|template <N/><B/><A/> and something longer|template |"
-           // These end by a limit.
-           "again|resolve <A/><B/>|token A|markers {A}|to url //h/<A/>|from url x://h/<A/>")) {
-    for (const auto& [kind, install] : kUsualKinds) {
-      SCOPED_TRACE(std::string(kind) + " handler: " + script);
-      Names names("text A = x; text B = [<A/>]; number N = 7; limit tokens = 1000; limit nestedDepth = 4");
-      install(names);
-      int acts = 0;
-      // Names that are gone make operations of the script throw, which is the script's own affair.
-      act = [&](TName& n, NQ_TDict* entry) { ++acts, Thrown([&] { Perform(n, entry, script); }); };
-      const auto attempt = [&](const auto& operation) {
-        try {
-          operation();
-        } catch (int) {
-          EXPECT_EQ(script, "throw");
-        }
-      };
-      for (int time = 1; time <= 2; ++time) {
-        attempt([&] {
-          const std::string text = ResolvedInHand(names, "p <A/> <N/> <B/> <A/> q");
-          EXPECT_TRUE(text.substr(text[0] == '!' ? 2 : 0).starts_with("p ") && text.ends_with(" q")) << text;
-        });
-      }
-      for (const char* operation : {"resolve <B/>", "markers {A}", "to url //h/<A/>", "from url x://h/<A/>", "token A"})
-        attempt([&] { Do(names, operation); });
-      EXPECT_TRUE(acts >= 1 && acts <= 7000) << acts;
-      act = nullptr;
-      calls.clear();
-      Do(names, "text A = fresh; text B = <A/>; no elem");
-      EXPECT_EQ(Resolved(names, "<A/><B/>"), "freshfresh");
-      EXPECT_TRUE(OtherThreadGetsLock(names));
-    }
-  }
 }
 
 TEST(Handlers, RunOnTheCallersThreadWithTheLockHeld) {

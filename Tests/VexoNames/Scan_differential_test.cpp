@@ -69,25 +69,10 @@ const auto& Any(std::mt19937& random, const Rows& rows) {
   return rows[random() % std::size(rows)];
 }
 
-const auto kNames = Split("A|A|AA|N|K|L|B|A C|CDATA|U||=");
-const auto kAttributes = Split(
-    "|| format=\"%s\"| format=\"%8s<\"| format=\"%03d\"| format=\"%n\"| elem=\"_,1\"| elem=\"_,9\"| elem=\"_\"|"
-    " extract=\"1,2\"| extract=\"-1,2\"| regex=\"([0-9]+)\"| regex=\"([a-z]+)_\"| regex=\"(x)?.\"| regex=\"[a-z]+\"|"
-    " regex=\"(\"| regex=\"a\\K(?=.(.))\"");
-const auto kPieces = Split(
-    "<|<|<|/>|/>|/>|<<|/>>|/>>|>|/|=|\"| | |<<CDATA/>>|x_y|__,1|\u3C3C|\u2F3E>|format| format=\"| elem=\"| extract=\"|"
-    "regex=\"|%03d|_,1|2,3|,-1|</>");
-const auto kChanges = Split(
-    "text A = job_0815_cover|text A = |text A = J\xC3\xB8rgen_\xF0\x9F\x96\xA8_x|text A = abc; regex A = (|"
-    "text A = abcdef; extract A = 1,3; regex A = (c.*)|format A = [%5s]|format A = %d|elem A = _,1|elem A = bad|"
-    "extract A = 1,3|text AA = <A format=\"%4s\"/>_b|text B = <A/>-<N/>|text B = <<A/>>_<N/>; elem B = _,0|"
-    "text B = <<CDATA/>><A/>|text B = x/><A/>|text B = <U/><K/><A/>|text A C = <B/><<B/>>|"
-    "text CDATA = c; regex CDATA = (x)|number N = 407|number N = -7; format N = %05d|"
-    "number N = 1234; extract N = 1,2|format N = %s|number  = 3|number = = 4|auto K = 5|auto K = 2147483645|"
-    "url L = file://host/a_b/c|url L = file://h/<A/>|format L = %d|elem L = /,3|undefine A|undefine B|undefine");
-constexpr std::pair<std::string_view, std::string_view> kMarkers[] = {
-    {"<", "/>"}, {"<<", "/>>"}, {"=", "="},  {"<<", "<"},  {"A", "AN"},    {"/", "/>"},
-    {"", "/>"},  {"<A", "A/>"}, {"\"", " "}, {"<", "<<A"}, {"\u3C3C", ">"}};
+// What templates, definitions and markers are put together from, a line each.
+const auto kLines = Lines("Scan_differential.txt");
+const auto kNames = Split(kLines.at(0)), kAttributes = Split(kLines.at(1)), kPieces = Split(kLines.at(2));
+const auto kChanges = Split(kLines.at(3)), kMarkers = Split(kLines.at(4));
 
 std::string Soup(std::mt19937& random) {
   std::string soup;
@@ -113,10 +98,11 @@ std::vector<std::string> Results(bool plainly) {
     if (i % 4 == 0) Thrown([&] { Do(names, Any(random, kChanges)); });
     std::string& text = recent[random() % recent.size()];
     if (random() % 4 != 0) text = Soup(random);  // else one seen before, perhaps with other names
-    const auto& [begin, end] = Any(random, kMarkers);
+    const auto markers = Pieces(Any(random, kMarkers), "...");
+    const std::string &begin = markers.at(0), &end = markers.at(1);
     for (int time = 1; time <= 3; ++time)
       results.push_back(text + " => " + (plainly ? PlainlyResolved(names, text) : Resolved(names, text)));
-    results.push_back(text + " between " + std::string(begin) + " and " + std::string(end) + " => ");
+    results.push_back(text + " between " + begin + " and " + end + " => ");
     results.back() += plainly ? PlainlyScanned(names, text, begin, end) : Resolved(names, text, begin, end);
     results.back() += " error " + std::to_string(names.GetError());
   }

@@ -1,6 +1,4 @@
-// Names whose values and definitions come from services. Most cases stand in Services.txt: after "> " operations, and
-// below them what these lead to, in this order: requests ("asks ..."), what is written, what is given ("= ..."); at the
-// end the error code that is left.
+// Names whose values and definitions come from services. Most cases stand in Services.txt.
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
@@ -72,17 +70,9 @@ class Case {
   std::string Outcome(const std::string& script);
 
  private:
-  /// An operation: a word, and what follows it.
-  struct TStep {
-    std::string_view word;
-    void (*act)(Case& at, const std::string& operand);
-  };
-  static const TStep kSteps[];
-
-  void Act(const std::string& step);
-  void Load(const std::string& operand);
-  void Call(const std::string& operand);
-  void DefineRecords(const std::string& records);
+  void Load(bool fromOwnProxy, Line& line);
+  static void Call(TName& names, Line& line);
+  static void DefineRecords(TName& names, Line& line);
   NQ_TAny At(const NQ_TString& path) const;
   NQ_TAny Reply(const NQ_TDict& request);
 
@@ -93,8 +83,37 @@ class Case {
   std::string reply_;    // to all requests when it is not empty
   bool down_ = false;    // no service answers
   std::string several_;  // to those for several paths
-  std::string given_;    // by the last operation
   int calls_ = 0;
+  // Beside those of Support.cpp.
+  const std::vector<Word> words_ = {
+      {"{", DefineRecords},
+      {"<", [](TName& n, Line& l) { l.given = Resolved(n, l.whole); }},
+      {"call", Call},
+      {"load", [this](TName&, Line& l) { Load(false, l); }},
+      {"load own", [this](TName&, Line& l) { Load(true, l); }},
+      {"server", [](TName&, Line& l) { setenv("NQ_SERVER", l.key.c_str(), 1); }},
+      {"root", [this](TName&, Line& l) { cfs_.AddCacheRoot(l.key); }},
+      {"reply", [this](TName&, Line& l) { reply_ = l.whole.substr(6); }},
+      {"several", [this](TName&, Line& l) { several_ = Text(l.key); }},
+      {"default file", [](TName& n, Line& l) { templatenames::SetDefaultLocalizationFile(n.Engine(), l.key); }},
+      {"down", [this](TName&, Line&) { down_ = true; }},
+      {"reason",
+       [](TName& n, Line& l) {
+         const NQ_TString reason = n.GetErrorReason();
+         l.given = reason.Empty() ? "none" : Text(reason);
+       }},
+      {"spoil",
+       [](TName& n, Line& l) {
+         spoiled = Text(l.key);
+         n.SetUserLookupHandler(Spoil);
+       }},
+      {"broken",
+       [](TName& n, Line& l) {
+         const auto provider = std::make_shared<TNameProxyProvider>();
+         provider->AddClient("h", l.key, std::make_shared<Broken>());
+         n.SetTNameProxyProvider(provider);
+       }},
+  };
 };
 
 // A path that leads nowhere is an illegal value.
@@ -131,87 +150,38 @@ NQ_TAny Case::Reply(const NQ_TDict& request) {
   return values;
 }
 
-void Case::DefineRecords(const std::string& records) {
-  const NQ_TTree tree = Tree(records);
-  for (NQ_TConstIterator i(tree); !i.IsDone(); i.Next())
-    if (!names_.Define(i.Key(), *i.Value().As<NQ_TTree>(), false)) given_ += "refused " + Text(i.Key()) + ' ';
+void Case::DefineRecords(TName& names, Line& line) {
+  const NQ_TTree records = Tree(line.whole);
+  for (NQ_TConstIterator i(records); !i.IsDone(); i.Next())
+    if (!names.Define(i.Key(), *i.Value().As<NQ_TTree>(), false)) line.given += "refused " + Text(i.Key()) + ' ';
 }
 
-void Case::Load(const std::string& operand) {
-  std::istringstream words(operand);
-  std::string set, scope, name;
-  words >> set >> scope >> name;
-  given_ = names_.Define(cfs_, "Shop", S(set), S(scope), S(name), true) ? "loaded" : "failed";
+void Case::Load(bool fromOwnProxy, Line& line) {
+  const auto words = Pieces(Text(line.key), " ");
+  const NQ_TString set = S(words.at(0)), scope = S(words.at(1)), name = S(words.at(2));
+  const bool loaded = fromOwnProxy ? names_.Define("Shop", set, scope, name, true)
+                                   : names_.Define(cfs_, "Shop", set, scope, name, true);
+  line.given = loaded ? "loaded" : "failed";
 }
 
-void Case::Call(const std::string& operand) {
-  std::istringstream words(operand);
-  std::string server, method, params;
-  words >> server >> method;
-  std::getline(words, params);
+void Case::Call(TName& names, Line& line) {
+  const auto words = Pieces(line.whole, " ", 4);
   NQ_TAny result("before");
-  given_ = names_.DoQueryRPC("h", S(server), S(method), Tree(params), result) ? "" : "! ";
-  given_ += Text(result);
-}
-
-const Case::TStep Case::kSteps[] = {
-    {"{", [](Case& at, const std::string& records) { at.DefineRecords('{' + records); }},
-    {"<", [](Case& at, const std::string& text) { at.given_ = Resolved(at.names_, '<' + text); }},
-    {"reply ", [](Case& at, const std::string& value) { at.reply_ = value; }},
-    {"several ", [](Case& at, const std::string& value) { at.several_ = value; }},
-    {"load ", [](Case& at, const std::string& what) { at.Load(what); }},
-    {"call ", [](Case& at, const std::string& what) { at.Call(what); }},
-    {"root ", [](Case& at, const std::string& path) { at.cfs_.AddCacheRoot(S(path)); }},
-    {"debug ", [](Case& at, const std::string& level) { at.names_.SetDebugLevel(stoi(level)); }},
-    {"error ", [](Case& at, const std::string& code) { at.names_.SetError(TName::TName_Error(stoi(code))); }},
-    {"down", [](Case& at, const std::string&) { at.down_ = true; }},
-    {"reason",
-     [](Case& at, const std::string&) {
-       const NQ_TString reason = at.names_.GetErrorReason();
-       at.given_ = reason.Empty() ? "none" : Text(reason);
-     }},
-    {"clear ", [](Case& at, const std::string& key) { at.names_.ClearCache(S(key)); }},
-    {"clear all", [](Case& at, const std::string&) { at.names_.ClearCaches(); }},
-    {"kept ", [](Case& at, const std::string& key) { at.given_ = at.names_.HasValue(S(key)) ? "kept" : "none"; }},
-    {"files", [](Case& at, const std::string&) { at.given_ = Text(NQ_TAny(at.names_.GetLocalizationFiles())); }},
-    {"get default file",
-     [](Case& at, const std::string&) { at.given_ = Text(at.names_.GetDefaultLocalizationFile()); }},
-    {"default file ", [](Case& at, const std::string& file) { templatenames::SetDefaultLocalizationFile(at.names_.Engine(), S(file)); }},
-    {"queries ", [](Case& at, const std::string& most) { at.names_.SetLimits({.queries = stoi(most)}); }},
-    {"no time", [](Case& at, const std::string&) { at.names_.SetLimits({.queryMilliseconds = 0}); }},
-    {"spoil ",
-     [](Case& at, const std::string& what) {
-       spoiled = what;
-       at.names_.SetUserLookupHandler(Spoil);
-     }},
-    {"broken ",
-     [](Case& at, const std::string& server) {
-       const auto provider = std::make_shared<TNameProxyProvider>();
-       provider->AddClient("h", S(server), std::make_shared<Broken>());
-       at.names_.SetTNameProxyProvider(provider);
-     }},
-};
-
-void Case::Act(const std::string& step) {
-  const TStep* found = nullptr;  // the longest one that fits
-  for (const TStep& known : kSteps)
-    if (step.starts_with(known.word) && (found == nullptr || known.word.size() > found->word.size())) found = &known;
-  found != nullptr ? found->act(*this, step.substr(found->word.size())) : void(given_ = Do(names_, step));
+  line.given = names.DoQueryRPC("h", S(words.at(1)), S(words.at(2)), Tree(words.at(3)), result) ? "" : "! ";
+  line.given += Text(result);
 }
 
 std::string Case::Outcome(const std::string& script) {
   static const std::regex kThrowSite(" \\([^ ]*:[0-9]+\\)\n");
   std::string outcome;
-  for (std::size_t begin = 0; begin < script.size();) {
-    const std::size_t end = std::min(script.find("; ", begin), script.size());
+  for (const std::string& step : Pieces(script, "; ")) {
     Output output;
     testing::internal::CaptureStderr();
-    given_.clear();
-    given_ += Thrown([&] { Act(script.substr(begin, end - begin)); });
+    std::string given;
+    given += Thrown([&] { given = Do(names_, step, words_); });
     outcome += services_.Asked() + output.Take();
     outcome += std::regex_replace(testing::internal::GetCapturedStderr(), kThrowSite, "\n");
-    if (!given_.empty()) outcome += "= " + given_ + '\n';
-    begin = end + 2;
+    if (!given.empty()) outcome += "= " + given + '\n';
   }
   names_.SetDebugLevel(0);
   EXPECT_TRUE(OtherThreadGetsLock(names_)) << script;
@@ -219,45 +189,13 @@ std::string Case::Outcome(const std::string& script) {
   return std::regex_replace(outcome, kThrowSite, "\n");
 }
 
-TEST(Services, CasesHaveTheirOutcomes) {
+const RowFile file("Services.txt", {"config:"}, [](const Row& row) {
   static double now = 0;  // every look at the clock takes five seconds
   const NQ_TTime::TClock before = NQ_TTime::SetClock([] { return now += 5000; });
-  std::string configuration, script, expected;
-  int cases = 0;
-  std::vector<std::string> lines = Lines("Services.txt");
-  lines.emplace_back("> ");
-  for (const std::string& line : lines) {
-    if (line.starts_with("config: ")) {
-      configuration += line.substr(8);
-    } else if (!line.starts_with("> ")) {
-      expected += line + '\n';
-    } else {
-      if (!script.empty()) {
-        EXPECT_EQ(Case(configuration).Outcome(script), expected) << script;
-        ++cases;
-      }
-      script = line.substr(2);
-      expected.clear();
-    }
-  }
-  EXPECT_GT(cases, 100);
+  EXPECT_EQ(Case(row.Setting("config:")).Outcome(row.text), row.below);
   NQ_TTime::SetClock(before);
-}
-
-// ---- the configuration server
-
-TEST(Services, TheProxyOfItsOwnAsksTheServerOfTheEnvironment) {
-  for (const char* host : {"", "srv"}) {
-    host[0] == 0 ? unsetenv("NQ_SERVER") : setenv("NQ_SERVER", host, 1);
-    Services services([](const NQ_TDict&) { return S("A"); });
-    TName names;
-    EXPECT_FALSE(names.Define("Shop", "Names", "one", "b", false));
-    const std::string asks =
-        std::string("asks CFS@") + (host[0] == 0 ? "localhost" : host) + " {M = [], P1 = /Resources/";
-    EXPECT_EQ(services.Asked(), asks + "Shop/Names/one, P2 = 0}\n" + asks + "A/b, P2 = 0}\n");
-  }
   unsetenv("NQ_SERVER");
-}
+});
 
 /// Processor time of this thread to load that many records, each with a file of its own; the best of three.
 double SecondsToLoad(int count) {

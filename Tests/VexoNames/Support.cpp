@@ -1,11 +1,12 @@
 #include "Support.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <fstream>
 #include <future>
 #include <set>
-#include <sstream>
+#include <stdexcept>
 #include <thread>
 
 #include "NQ_TBoxed.h"
@@ -15,21 +16,6 @@
 
 namespace names_test {
 namespace {
-
-/// A key and a value, as "key = value"; the value is empty when there is no " = ".
-struct Line {
-  NQ_TString key, value;
-  std::string given{};  // what the operation gives
-
-  int Number() const { return std::stoi(Text(value)); }
-  NQ_TURL Url() const { return NQ_TURL(value); }
-  /// The two words of the value.
-  std::pair<std::string, std::string> Words(const char* otherwise) const {
-    const std::string both = value.Empty() ? otherwise : Text(value);
-    const std::size_t blank = both.find(' ');
-    return {both.substr(0, blank), both.substr(blank + 1)};
-  }
-};
 
 void Define(TName& names, const Line& line, TName::TName_Type type, int lookup = 0) {
   names.Define(line.key, type, TName::TName_Lookup(lookup));
@@ -71,14 +57,32 @@ void ResolveInValue(TName& names, Line& line) {
   EXPECT_TRUE(templatenames::ResolveValue(same, &names, same) == ok && same == out);
 }
 
+template <auto kField>
+void SetLimit(TNameLimits& limits, int to) {
+  limits.*kField = static_cast<std::remove_reference_t<decltype(limits.*kField)>>(to);
+}
+
+// Any field of the limits, by its name.
+constexpr std::pair<std::string_view, void (*)(TNameLimits& limits, int to)> kLimits[] = {
+    {"nestedDepth", SetLimit<&TNameLimits::nestedDepth>},
+    {"tokens", SetLimit<&TNameLimits::tokens>},
+    {"characters", SetLimit<&TNameLimits::characters>},
+    {"queries", SetLimit<&TNameLimits::queries>},
+    {"queryMilliseconds", SetLimit<&TNameLimits::queryMilliseconds>},
+    {"regexMatch", SetLimit<&TNameLimits::regexMatch>},
+    {"regexRecursion", SetLimit<&TNameLimits::regexRecursion>},
+    {"regexMilliseconds", SetLimit<&TNameLimits::regexMilliseconds>},
+    {"xmlBytes", SetLimit<&TNameLimits::xmlBytes>},
+    {"xmlNodes", SetLimit<&TNameLimits::xmlNodes>},
+    {"xmlDepth", SetLimit<&TNameLimits::xmlDepth>},
+    {"xmlEntities", SetLimit<&TNameLimits::xmlEntities>},
+};
+
 void Limit(TName& names, Line& line) {
   TNameLimits limits = names.GetLimits();
-  const auto set = [&](const char* name, auto& limit) {
-    if (line.key == name) limit = static_cast<std::remove_reference_t<decltype(limit)>>(line.Number());
-  };
-  set("nestedDepth", limits.nestedDepth), set("tokens", limits.tokens), set("characters", limits.characters);
-  set("regexMatch", limits.regexMatch), set("regexRecursion", limits.regexRecursion);
-  set("regexMilliseconds", limits.regexMilliseconds);
+  const auto* const known = std::ranges::find(kLimits, Text(line.key), [](auto& row) { return row.first; });
+  if (known == std::end(kLimits)) throw std::invalid_argument("unknown limit: " + Text(line.key));
+  known->second(limits, line.Number());
   names.SetLimits(limits);
 }
 
@@ -111,17 +115,14 @@ constexpr const TNameLookupHandler* kNoObject = nullptr;
 constexpr TName::TWarnFunction kNoWarn = nullptr;
 constexpr TNameWarnLookupHandler* kNoWarnObject = nullptr;
 
-constexpr struct {
-  std::string_view word;
-  void (*act)(TName&, Line&);
-} kWords[] = {
+const Word kWords[] = {
     {"text", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeString), n.SetValue(l.key, l.value); }},
     {"number", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeNumber), n.SetValue(l.key, l.Number()); }},
     {"auto", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeAutoNumber), n.SetValue(l.key, l.Number()); }},
     {"url", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeURL), n.SetValue(l.key, l.Url()); }},
     {"time", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeTime, 4); }},
     {"sql", [](TName& n, Line& l) { Define(n, l, TName::TName_TypeString, 3); }},
-    {"define", [](TName& n, Line& l) { Define(n, l, TName::TName_Type(l.Number()), std::stoi(l.Words("").second)); }},
+    {"define", [](TName& n, Line& l) { Define(n, l, TName::TName_Type(l.Number()), std::stoi(l.Words().second)); }},
     {"string", Set<&TName::SetValue>},
     {"int", [](TName& n, Line& l) { n.SetValue(l.key, l.Number()); }},
     {"link", [](TName& n, Line& l) { n.SetValue(l.key, l.Url()); }},
@@ -155,10 +156,15 @@ constexpr struct {
     {"no extract", [](TName& n, Line&) { n.SetExtractHandler(nullptr); }},
     {"no regex", [](TName& n, Line&) { n.SetRegExHandler(nullptr); }},
     {"limit", Limit},
+    {"debug", [](TName& n, Line& l) { n.SetDebugLevel(std::stoi(Text(l.key))); }},
+    {"error", [](TName& n, Line& l) { n.SetError(TName::TName_Error(std::stoi(Text(l.key)))); }},
+    {"clear", [](TName& n, Line& l) { n.ClearCache(l.key); }},
+    {"clear all", [](TName& n, Line&) { n.ClearCaches(); }},
+    {"files", [](TName& n, Line& l) { l.given = Text(NQ_TAny(n.GetLocalizationFiles())); }},
     {"options", [](TName& n, Line& l) { n.SetFormattingOptions(l.key, formatting_test::Options(Text(l.value))); }},
     {"put",
      [](TName& n, Line& l) {
-       const auto [attribute, value] = l.Words("");
+       const auto [attribute, value] = l.Words();
        (*EntryOf(n, l.key))[attribute.c_str()] = Value(value);
      }},
     {"is defined", Get<&TName::IsDefined>},
@@ -185,7 +191,7 @@ constexpr struct {
     {"markers", [](TName& n, Line& l) { l.given = Resolved(n, Text(l.key), "{", "}", "before"); }},
     {"between",
      [](TName& n, Line& l) {
-       const auto [begin, end] = l.Words("");
+       const auto [begin, end] = l.Words();
        l.given = Resolved(n, Text(l.key), begin, end);
      }},
     {"token", [](TName& n, Line& l) { l.given = ResolvedToken(n, Text(l.key)); }},
@@ -203,18 +209,21 @@ constexpr struct {
     {"encode", [](TName&, Line& l) { l.given = Text(TName::Encode(l.key)); }},
 };
 
-std::string DoLine(TName& names, const std::string& line) {
-  const auto* known = std::end(kWords);  // the longest word that the line begins with
-  for (const auto& row : kWords) {
-    const bool begins = line.starts_with(row.word) && (line + " ")[row.word.size()] == ' ';
-    if (begins && (known == std::end(kWords) || row.word.size() > known->word.size())) known = &row;
-  }
-  if (known == std::end(kWords)) return ADD_FAILURE() << "unknown word in: " << line, "";
-  const std::string operand = line.substr(std::min(known->word.size() + 1, line.size()));
-  const std::size_t equals = operand.find(" = ");
-  Line parts{S(operand.substr(0, equals)), equals == operand.npos ? S("") : S(operand.substr(equals + 3))};
-  known->act(names, parts);
-  return parts.given;
+bool Begins(const std::string& line, std::string_view word) {
+  const bool isWhole = line.size() == word.size() || line[word.size()] == ' ' || std::isalpha(word.back()) == 0;
+  return line.starts_with(word) && isWhole;
+}
+
+std::string DoLine(TName& names, const std::string& line, std::span<const Word> more) {
+  const Word* known = nullptr;  // the longest word that the line begins with
+  for (const auto& words : {more, std::span<const Word>(kWords)})
+    for (const Word& one : words)
+      if (Begins(line, one.word) && (known == nullptr || one.word.size() > known->word.size())) known = &one;
+  if (known == nullptr) throw std::invalid_argument("unknown word in: " + line);
+  const auto parts = Pieces(line.substr(std::min(known->word.size() + 1, line.size())), " = ", 2);
+  Line operation{S(parts[0]), S(parts.size() > 1 ? parts[1] : ""), line};
+  known->act(names, operation);
+  return operation.given;
 }
 
 thread_local NQ_TDict* seenEntry;
@@ -224,19 +233,16 @@ bool SeeEntry(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) { return see
 
 }  // namespace
 
-std::string Text(const NQ_TAny& value) {
-  std::ostringstream out;
-  out << value;
-  return out.str();
+std::pair<std::string, std::string> Line::Words(const char* otherwise) const {
+  const std::string both = value.Empty() ? otherwise : Text(value);
+  const std::size_t blank = both.find(' ');
+  return {both.substr(0, blank), both.substr(blank + 1)};
 }
 
-std::string Do(TName& names, std::string_view script) {
+std::string Do(TName& names, std::string_view script, std::span<const Word> more) {
   std::string given;
-  while (!script.empty()) {
-    const std::size_t end = script.find("; ");
-    given = DoLine(names, std::string(script.substr(0, end)));
-    script.remove_prefix(end == script.npos ? script.size() : end + 2);
-  }
+  if (!script.empty())
+    for (const std::string& line : Pieces(script, "; ")) given = DoLine(names, line, more);
   return given;
 }
 
@@ -295,18 +301,12 @@ bool OtherThreadGetsLock(TName& names) {
 }
 
 std::vector<std::string> Lines(const std::string& file) {
-  std::ifstream in(VEXONAMES_SOURCE_DIR "/Tests/VexoNames/" + file);
+  std::ifstream in(VEXONAMES_TESTS_DIR + file);
   std::vector<std::string> lines;
   for (std::string line; std::getline(in, line);)
     if (!line.empty() && line[0] != '#') lines.push_back(line);
   EXPECT_GT(lines.size(), 0U) << file;
   return lines;
-}
-
-std::vector<std::string> Split(std::string_view text) {
-  std::vector<std::string> pieces(1);
-  for (const char c : text) c == '|' ? void(pieces.emplace_back()) : pieces.back().push_back(c);
-  return pieces;
 }
 
 std::string Repeated(std::string_view text, int count) {

@@ -3,20 +3,47 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "NQ_EException.h"
+#include "Framework/Base/Support.h"
+#include "NQ_TURL.h"
+#include "Rows.h"
 #include "TName.h"
 
 namespace names_test {
 
-inline NQ_TString S(std::string_view utf8) { return NQ_TString(utf8); }
+using base_test::S;
+using rows_test::Pieces;
+using rows_test::Row;
+using rows_test::RowFile;
 inline std::string Text(const NQ_TString& text) { return std::string(text.Narrow()); }
-std::string Text(const NQ_TAny& value);
+inline std::string Text(const NQ_TAny& value) { return base_test::Printed(value); }
 
-/// Carries out operations on names, separated by "; ". Support.cpp lists the words; the main ones:
+/// An operation: what follows its word, as "key = value". The value is empty when there is no " = ".
+struct Line {
+  NQ_TString key, value;
+  std::string whole{};  // with the word
+  std::string given{};  // what the operation gives
+
+  int Number() const { return std::stoi(Text(value)); }
+  NQ_TURL Url() const { return NQ_TURL(value); }
+  /// The two words of the value.
+  std::pair<std::string, std::string> Words(const char* otherwise = "") const;
+};
+
+/// A word, and what it does. A blank follows a word that ends with a letter.
+struct Word {
+  std::string_view word;
+  std::function<void(TName&, Line&)> act;
+};
+
+/// Carries out operations on names, separated by "; ". A backslash before a separator makes it text: "text A = a\\; b".
+/// Support.cpp lists the words, to which a test may add its own; the main ones:
 ///   text A = x; number N = 7; auto K = 5; url L = file://h/p; time T; sql Q     defines, with a value
 ///   define B = 0 99             of a type and a lookup kind, by their numbers
 ///   format A = %s; elem A = _,1; category A = c                                 sets an attribute
@@ -25,7 +52,7 @@ std::string Text(const NQ_TAny& value);
 ///   put A = Value 5; answer A = 5; limit tokens = 3     an attribute, what a lookup gives, a limit
 ///   resolve <A/>; token A; markers {A}; to url //h/<A/>; from url ftp://h/<A/>; entry A; get value A
 /// Returns what the last operation gives, as text: "! " stands before it when a token failed.
-std::string Do(TName& names, std::string_view script);
+std::string Do(TName& names, std::string_view script, std::span<const Word> more = {});
 
 class Names : public TName {
  public:
@@ -68,25 +95,25 @@ class Output {
 /// "NQ_ENoSuchKey: A" for what the action throws; "" when it throws nothing. Also looks at the throw site.
 template <class Action>
 std::string Thrown(Action action) {
-  try {
-    action();
-    return "";
-  } catch (const NQ_EException& error) {
-    const std::string file = Text(error.NQ_ExceptionFile());
-    EXPECT_NE(file.find("VexoNames/Private/Source/templatenames/"), file.npos) << file;
-    EXPECT_GT(error.NQ_ExceptionLine(), 0U);
-    return std::string(error.ClassName()) + ": " + Text(error.NQ_Message());
-  }
+  return base_test::Thrown([&] {
+    try {
+      action();
+    } catch (const NQ_EException& error) {
+      const std::string file = Text(error.NQ_ExceptionFile());
+      EXPECT_TRUE(file.find("VexoNames/Private/Source/templatenames/") != file.npos && error.NQ_ExceptionLine() > 0);
+      throw;
+    }
+  });
 }
 
 /// Whether another thread gets the registry's lock within a generous time.
 bool OtherThreadGetsLock(TName& names);
 
-/// The lines of a file with cases beside the tests; those that begin with "#" are for the reader.
-std::vector<std::string> Lines(const std::string& file);
-
 /// The pieces between "|".
-std::vector<std::string> Split(std::string_view text);
+inline std::vector<std::string> Split(std::string_view text) { return Pieces(text, "|"); }
+
+/// The lines of a file beside the tests; those that begin with "#" are for the reader.
+std::vector<std::string> Lines(const std::string& file);
 
 std::string Repeated(std::string_view text, int count);
 

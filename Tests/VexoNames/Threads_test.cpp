@@ -4,7 +4,6 @@
 #include <thread>
 
 #include "Support.h"
-#include "formatting/OptionsText.h"
 
 namespace names_test {
 namespace {
@@ -63,32 +62,23 @@ TEST(Threads, CountersLoseNothing) {
 
 // The same templates, patterns and formats on every thread, through names of one registry and of one each.
 TEST(Threads, FormatEverything) {
-  const std::string rows[][3] = {
-      {"DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE", "smb://h:1/\u00E9 x", "SMB://H:1/%C3%89%20X"},
-      {"DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short", "a", "a short text"},
-      {"DataFormat=NUMBER|Decimals=2|ThousandsSeparator='", "1234567.891", "1'234'567.89"},
-      {"DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm", "2.0", "50.8"},
-      {"DataFormat=DATETIME|InputDateTimeFormat=ISO8601|CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|"
-       "TimeZone=Europe/Paris",
-       "2021-07-05T10:00Z", "lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe centrale"},
-      {"DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX", "3 f\u00E9vr. 70",
-       "2851200000"},
-  };
-  std::string text = "<A elem=\"_,1\"/><T format=\"%%\"/>", expected = "b%";
-  for (const auto& [options, value, formatted] : rows) text += "<" + value + "/>", expected += formatted;
-  const auto define = [&](TName& names) {
-    Do(names, "text A = v_b; time T");
-    for (const auto& row : rows) {
-      names.Define(S(row[1]), TName::TName_TypeString, TName::TName_LookupValue);
-      names.SetValue(S(row[1]), S(row[1]));
-      names.SetFormattingOptions(S(row[1]), formatting_test::Options(row[0]));
-    }
-  };
-  TName shared;
-  define(shared);
+  const std::string script =
+      "text A = v_b; time T; text u = smb://h:1/\u00E9 x; text c = a; text n = 1234567.891; text l = 2.0;"
+      " text d = 2021-07-05T10:00Z; text e = 3 f\u00E9vr. 70;"
+      " options u = DataFormat=TEXT|Encoding=URL|Transformation=UPPERCASE;"
+      " options c = DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=a>b,b>a long text,long>short;"
+      " options n = DataFormat=NUMBER|Decimals=2|ThousandsSeparator=';"
+      " options l = DataFormat=NUMBER|Convert=true|ConvertUnitCategory=LENGTH|ConvertFromUnit=in|ConvertToUnit=mm;"
+      " options d = DataFormat=DATETIME|InputDateTimeFormat=ISO8601|CustomDateTimeFormat=EEEE HH:mm zzzz|Language=fr|"
+      "TimeZone=Europe/Paris;"
+      " options e = DataFormat=DATETIME|CustomInputDateTimeFormat=d MMM yy|InputLanguage=fr|DateTimeFormat=UNIX";
+  const std::string text = "<A elem=\"_,1\"/>|<T format=\"%%\"/>|<u/>|<c/>|<n/>|<l/>|<d/>|<e/>|";
+  const std::string expected =
+      "b|%|SMB://H:1/%C3%89%20X|a short text|1'234'567.89|50.8|lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe "
+      "centrale|2851200000|";
+  Names shared(script);
   OnThreads([&](int) {
-    TName own;
-    define(own);
+    Names own(script);
     for (int i = 0; i < Scaled(2000); ++i) {
       const std::string pattern = "<A regex=\"(v|[0-9]+x" + std::to_string(i % 40) + ")\"/>";
       EXPECT_EQ(Resolved(i % 4 == 0 ? shared : own, text + pattern), expected + "v");

@@ -81,7 +81,7 @@ TEST(NQM_ECallFailed, ShowsTheBeginningOfAMethod) {
   EXPECT_EQ(NQM_ECallFailed().Cause(), "");
 }
 
-TEST(NQM_TServices, AreFoundByNameOrPort) {
+const rows_test::RowFile file("Middleware/NQM_TServices.txt", {}, [](const rows_test::Row& row) {
   NQM_TServices services;
   const auto saying = [](const char* text) { return [text](const NQ_TDict&) { return NQ_TAny(text); }; };
   services.Add("", "CFS", saying("local CFS"));
@@ -93,24 +93,10 @@ TEST(NQM_TServices, AreFoundByNameOrPort) {
   services.Remove(NQ_TSocket::HostName(false), "gone");
   services.Add("", 1, saying("gone"));
   services.Remove("localhost", 1);
-  const std::pair<NQM_TAddress, const char*> rows[] = {
-      {{"", "CFS"}, "local CFS"},
-      {{"LocalHost", "CFS"}, "local CFS"},
-      {{NQ_TSocket::HostName(false), "CFS", 8088}, "local CFS"},
-      {{"", "", 8088}, "local 8088"},
-      {{"other", "CFS"}, "other CFS"},
-      {{"other", "FS", 9}, "other FS"},
-      {{"other", "", 8088}, "nothing"},
-      {{"", "cfs"}, "nothing"},
-      {{"", "FS"}, "nothing"},
-      {{"", "gone"}, "nothing"},
-      {{"", "", 1}, "nothing"},
-  };
-  for (const auto& [address, answer] : rows) {
-    const auto service = services.Find(address);
-    EXPECT_EQ(service == nullptr ? "nothing" : Printed((*service)({})), answer) << address.Text();
-  }
-}
+  const auto parts = rows_test::Pieces(row.text, " => ");
+  const auto service = services.Find(Address(parts.at(0)));
+  EXPECT_EQ(service == nullptr ? "nothing" : Printed((*service)({})), parts.at(1));
+});
 
 // Services come and go while others are called, and a service takes itself away.
 TEST(NQM_TServices, MayChangeDuringCalls) {

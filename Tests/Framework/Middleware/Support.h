@@ -8,11 +8,20 @@
 
 #include "Base/Support.h"
 #include "NQM_TServices.h"
+#include "NQ_TSocket.h"
+#include "Rows.h"
 
 namespace middleware_test {
 
 using base_test::Printed;
 using base_test::Thrown;
+
+/// "host, service, port"; "here" is this computer's name.
+inline NQM_TAddress Address(const std::string& text) {
+  const auto parts = rows_test::Pieces(text, ", ");
+  const NQ_TString host = parts.at(0) == "here" ? NQ_TSocket::HostName(false) : NQ_TString(parts.at(0));
+  return {host, NQ_TString(parts.at(1)), static_cast<std::uint16_t>(std::stoi(parts.at(2)))};
+}
 
 /// A service of this process that is offered while the object lives, and notes each request as it prints.
 class TOffered {

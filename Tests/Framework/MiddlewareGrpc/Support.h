@@ -66,6 +66,16 @@ class TNetwork {
     }
   }
 
+  /// What a call gives, or its failure's cause and the end of its message.
+  static std::string Outcome(NQM_ITransport&& transport, const NQM_TAddress& address) {
+    try {
+      return Printed(transport.Call(address, Request(), 30s));
+    } catch (const NQM_ECallFailed& failure) {
+      const std::string message = Printed(failure.NQ_Message());
+      return Printed(failure.Cause()) + message.substr(message.rfind(": "));
+    }
+  }
+
   std::shared_ptr<NQM_TServices> services = std::make_shared<NQM_TServices>();
   std::unique_ptr<NQM_TGrpcServer> server;
   std::unique_ptr<NQM_TGrpcTransport> transport;

@@ -186,20 +186,11 @@ class Case {
   std::unique_ptr<const AT_TDictTicket> ticket_;
 };
 
-TEST(SystemNames, Cases) {
+const rows_test::RowFile file("systemnames/Cases.txt", {"names:", "always:"}, [](const rows_test::Row& row) {
   const NQ_TTime::TClock before = NQ_TTime::SetClock([] { return 43'200'000.0; });
-  std::string names;
-  NQ_TDict always;
-  for (const std::string& line : names_test::Lines("systemnames/Cases.txt")) {
-    SCOPED_TRACE(line);
-    if (line.starts_with("names:"))
-      names = line.substr(std::min<std::size_t>(7, line.size()));
-    else if (line.starts_with("always: "))
-      Case::Merge(always = NQ_TDict(), line.substr(8));
-    else
-      Case(names, always, line).Check();
-  }
+  const std::string always = row.Setting("always:");
+  Case(row.Setting("names:"), always.empty() ? NQ_TDict() : Dict(always), row.text).Check();
   NQ_TTime::SetClock(before);
-}
+});
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "Middleware/Support.h"
 #include "NQ_TTree.h"
+#include "Rows.h"
 
 namespace middleware_test {
 namespace {
@@ -40,40 +41,22 @@ std::string Read(CFS_TProxy& proxy, const char* path, bool zipped = false) {
   }
 }
 
-TEST(CFS_TProxy, ReadsBelowItsRoots) {
+// A path => what is read there => the requests of a proxy that reads nothing else.
+const rows_test::RowFile file("CFS/Server/cfs_tproxy.txt", {}, [](const rows_test::Row& row) {
   TOffered server("CFS", Configuration);
   const auto proxy = Connected();
-  const std::string whole = "{a = 1, b = {c = deep, none = (illegal), null = (null)}}";
-  const std::string asked = "{M = [], P1 = Resources, P2 = 0}";
-  const struct {
-    const char* path;
-    std::string value;
-    TRequests requests;
-  } rows[] = {
-      {"elsewhere/a", "(illegal)", {}},
-      {"", "(illegal)", {}},
-      {"ResourcesAndMore/a", "(illegal)", {}},
-      {"/Resources/b/c", "deep", {asked}},
-      {"Resources/a", "1", {}},
-      {"/Resources", whole, {}},
-      {"/Resources/", whole, {}},
-      {"/Resources/b/null", "(null)", {}},
-      {"/Resources/b/none", "CFS_EValueNotSet (null)", {}},
-      {"/Resources/x", "CFS_EIllegalPath /Resources/x", {}},
-      {"Resources/x/y", "CFS_EIllegalPath Resources/x/y", {}},
-      {"/Resources/a/y", "CFS_EIllegalPath /Resources/a/y", {}},
-      {"//Resources/a", "(illegal)", {}},
-      {"/Resources/Special/a", "1", {"{M = [], P1 = Resources/Special, P2 = 0}"}},
-      {"/Resources/Special", whole, {}},
-      {"/plain", "{}", {"{M = [], P1 = plain, P2 = 0}"}},
-      {"/plain/a", "CFS_EIllegalPath /plain/a", {}},
-      {"/unset/a", "CFS_EValueNotSet (null)", {"{M = [], P1 = unset, P2 = 0}"}},
-      {"/unset", "CFS_EValueNotSet (null)", {}},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Read(*proxy, row.path), row.value) << row.path;
-    EXPECT_EQ(server.Requests(), row.requests) << row.path;
+  const auto parts = rows_test::Pieces(row.text, " =>");
+  for (const bool again : {false, true}) {  // then from what is kept
+    EXPECT_EQ(' ' + Read(*proxy, parts.at(0).c_str()), parts.at(1));
+    EXPECT_EQ(server.Requests(), again || parts.at(2).empty() ? TRequests{} : TRequests{parts.at(2).substr(1)});
   }
+});
+
+TEST(CFS_TProxy, FetchesWhatIsBelowARootOnce) {
+  TOffered server("CFS", Configuration);
+  const auto proxy = Connected();
+  EXPECT_EQ(Read(*proxy, "/Resources/b/c") + Read(*proxy, "Resources/a"), "deep1");
+  EXPECT_EQ(server.Requests().size(), 1U);
   EXPECT_EQ(&proxy->GetCached("elsewhere", true), &NQ_TAny::Illegal());
   proxy->ClearCache();
   EXPECT_EQ(Read(*proxy, "Resources/a", true), "1");
