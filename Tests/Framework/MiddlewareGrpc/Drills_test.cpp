@@ -20,21 +20,15 @@ namespace {
 /// A service that says when it has begun, and replies 1 when it is released.
 struct TSlow {
   TSlow(TNetwork& network, const char* name) {
-    network.services->Add("", name, [events = events](auto&) {
-      events->begun.Happen();
-      events->released.Await();
+    network.services->Add("", name, [begun = begun, released = released](auto&) {
+      begun->Happen();
+      released->Await();
       return NQ_TAny(1);
     });
   }
-  void AwaitBegin() const { events->begun.Await(); }
-  void Release() const { events->released.Happen(); }
 
- private:
-  struct TEvents {
-    TEvent begun, released;
-  };
   // Shared: a call may begin after its caller has given up.
-  const std::shared_ptr<TEvents> events = std::make_shared<TEvents>();
+  const std::shared_ptr<TEvent> begun = std::make_shared<TEvent>(), released = std::make_shared<TEvent>();
 };
 
 template <class Action>
@@ -54,10 +48,10 @@ TEST(GrpcDrills, ServerStopsDuringACall) {
   TNetwork network;
   const TSlow slow(network, "slow");
   auto cause = Meanwhile([&] { return network.CauseOf("slow"); });
-  slow.AwaitBegin();
+  slow.begun->Await();
   auto stopped = Meanwhile([&] { network.server->Stop(); });
   EXPECT_EQ(cause.get(), "unreachable");  // the service is still at work
-  slow.Release();
+  slow.released->Happen();
   stopped.get();
 }
 
@@ -65,11 +59,12 @@ TEST(GrpcDrills, AGracefulStopLetsCallsEnd) {
   TNetwork network;
   const TSlow slow(network, "slow");
   auto cause = Meanwhile([&] { return network.CauseOf("slow"); });
-  slow.AwaitBegin();
+  slow.begun->Await();
   auto stopped = Meanwhile([&] { network.server->Stop(std::chrono::milliseconds::max()); });
   while (network.CauseOf("it").empty()) {  // until new calls are taken no more
   }
-  slow.Release();
+  EXPECT_EQ(cause.wait_for(100ms), std::future_status::timeout);
+  slow.released->Happen();
   EXPECT_EQ(cause.get(), "");
   stopped.get();
   network.server->Stop();  // once more does no harm
@@ -80,7 +75,7 @@ TEST(GrpcDrills, ReplyAfterTheDeadline) {
   const TSlow slow(network, "slow");
   EXPECT_EQ(network.CauseOf("slow", Request(), 50ms), "deadline");
   EXPECT_EQ(network.CauseOf("it"), "");  // the late one holds up nobody
-  slow.Release();
+  slow.released->Happen();
   EXPECT_EQ(network.CauseOf("it", Request(), std::chrono::milliseconds::max()), "");
 }
 
@@ -126,14 +121,14 @@ TEST(GrpcDrills, TooManyBytesAtATime) {
     return network.CauseOf(service, Request("Go", NQ_TString(std::string(900'000, 'x'))));
   };
   auto firstCause = Meanwhile([&] { return large("first"); });
-  first.AwaitBegin();
+  first.begun->Await();
   EXPECT_EQ(large("it"), "");
   auto secondCause = Meanwhile([&] { return large("second"); });
-  second.AwaitBegin();
+  second.begun->Await();
   EXPECT_EQ(large("it"), "refused");
   EXPECT_EQ(network.CauseOf("it"), "");
-  first.Release();
-  second.Release();
+  first.released->Happen();
+  second.released->Happen();
   EXPECT_EQ(firstCause.get() + secondCause.get(), "");
   EXPECT_EQ(large("it"), "");
 }
@@ -157,26 +152,19 @@ TEST(GrpcDrills, ReplyOfTheWrongKind) {
 
 /// A socket at a port of this computer, or at any free one.
 struct TSocket {
-  explicit TSocket(std::uint16_t port = 0) {
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  }
+  explicit TSocket(std::uint16_t port = 0) : address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}} {}
   sockaddr* Address() { return reinterpret_cast<sockaddr*>(&address); }
 
   int file = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
+  sockaddr_in address;
   socklen_t size = sizeof address;
 };
 
 /// Writes the bytes, and reads until the other side closes.
 void Converse(int connection, const std::string& bytes) {
-  std::size_t written = 0;
-  while (written < bytes.size()) {
-    const auto count = send(connection, bytes.data() + written, bytes.size() - written, MSG_NOSIGNAL);
-    if (count <= 0) break;
-    written += static_cast<std::size_t>(count);
-  }
+  std::string_view left = bytes;
+  for (ssize_t sent = 1; sent > 0 && !left.empty(); left.remove_prefix(sent > 0 ? std::size_t(sent) : 0))
+    sent = send(connection, left.data(), left.size(), MSG_NOSIGNAL);
   shutdown(connection, SHUT_WR);
   char answer[4096];
   while (recv(connection, answer, sizeof answer, 0) > 0) {
