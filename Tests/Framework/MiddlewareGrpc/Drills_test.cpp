@@ -1,10 +1,8 @@
 // Faults of the network and of the other side, on real connections of this computer.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <atomic>
+#include <boost/asio/ip/tcp.hpp>
 #include <mutex>
 #include <set>
 
@@ -34,14 +32,6 @@ struct TSlow {
 template <class Action>
 auto Meanwhile(Action action) {
   return std::async(std::launch::async, std::move(action));
-}
-
-TEST(GrpcDrills, ServerNotThere) {
-  TNetwork network;
-  const NQM_TAddress address{"", "it", network.server->Port()};
-  network.server.reset();
-  for (const NQM_TAddress& nobody : {address, {"no-such-host.invalid", "it", 1}})
-    EXPECT_EQ(TNetwork::Cause([&] { network.transport->Call(nobody, Request(), 30s); }), "unreachable");
 }
 
 TEST(GrpcDrills, ServerStopsDuringACall) {
@@ -133,43 +123,14 @@ TEST(GrpcDrills, TooManyBytesAtATime) {
   EXPECT_EQ(large("it"), "");
 }
 
-// The reply is a value, but none that the caller can use.
-TEST(GrpcDrills, ReplyOfTheWrongKind) {
-  TNetwork network;
-  const auto before = NQM_TClient::SetTransport(std::move(network.transport));
-  for (const NQ_TAny& reply : {NQ_TAny(5), NQ_TAny(NQ_TDict()), NQ_TAny(NQ_EException("x")), NQ_TAny(),
-                               NQ_TAny::Illegal(), NQ_TAny(NQ_TTree())}) {
-    network.services->Add("", "CFS", [&](const NQ_TDict&) { return reply; });
-    CFS_TProxy proxy;
-    proxy.SetConnectionAddress("", "CFS", network.server->Port(), TLocationMode_Default);
-    proxy.AddCacheRoot("Resources");
-    EXPECT_EQ(Thrown([&] { proxy.GetCached("Resources/a", true); }),
-              reply.IsIllegal() ? "CFS_EValueNotSet: " : "CFS_EIllegalPath: ")
-        << reply;
-  }
-  NQM_TClient::SetTransport(before);
-}
-
-/// A socket at a port of this computer, or at any free one.
-struct TSocket {
-  explicit TSocket(std::uint16_t port = 0) : address{AF_INET, htons(port), {htonl(INADDR_LOOPBACK)}, {}} {}
-  sockaddr* Address() { return reinterpret_cast<sockaddr*>(&address); }
-
-  int file = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address;
-  socklen_t size = sizeof address;
-};
+using boost::asio::ip::tcp;
 
 /// Writes the bytes, and reads until the other side closes.
-void Converse(int connection, const std::string& bytes) {
-  std::string_view left = bytes;
-  for (ssize_t sent = 1; sent > 0 && !left.empty(); left.remove_prefix(sent > 0 ? std::size_t(sent) : 0))
-    sent = send(connection, left.data(), left.size(), MSG_NOSIGNAL);
-  shutdown(connection, SHUT_WR);
-  char answer[4096];
-  while (recv(connection, answer, sizeof answer, 0) > 0) {
-  }
-  close(connection);
+void Converse(tcp::iostream& connection, const std::string& bytes) {
+  connection << bytes << std::flush;
+  boost::system::error_code ignored;
+  connection.socket().shutdown(tcp::socket::shutdown_send, ignored);
+  connection.ignore(std::numeric_limits<std::streamsize>::max());
 }
 
 // From either side.
@@ -182,23 +143,26 @@ TEST(GrpcDrills, MalformedBytes) {
   for (const std::string& bytes :
        {std::string(), std::string("GET / HTTP/1.1\r\n\r\n"), preface, noise, preface + noise,
         preface + std::string("\0\0\0\4\0\0\0\0\0", 9) + noise, preface + "\xFF\xFF\xFF\1\5" + noise}) {
-    TSocket client(network.server->Port());
-    ASSERT_EQ(connect(client.file, client.Address(), client.size), 0);
-    Converse(client.file, bytes);
+    tcp::iostream client("127.0.0.1", std::to_string(network.server->Port()));
+    ASSERT_TRUE(client);
+    Converse(client, bytes);
     EXPECT_EQ(network.CauseOf("it"), "");
 
-    TSocket listening;
-    ASSERT_EQ(bind(listening.file, listening.Address(), listening.size), 0);
-    ASSERT_EQ(listen(listening.file, 5), 0);
-    getsockname(listening.file, listening.Address(), &listening.size);
+    boost::asio::io_context context;
+    tcp::acceptor listening(context, {boost::asio::ip::address_v4::loopback(), 0});
+    const NQM_TAddress where{"127.0.0.1", "it", listening.local_endpoint().port()};
     std::thread server([&] {
-      for (int connection; (connection = accept(listening.file, nullptr, nullptr)) >= 0;) Converse(connection, bytes);
+      boost::system::error_code ended;
+      for (;;) {
+        tcp::iostream connection;
+        listening.accept(connection.socket(), ended);
+        if (ended) return;
+        Converse(connection, bytes);
+      }
     });
-    const NQM_TAddress where{"127.0.0.1", "it", ntohs(listening.address.sin_port)};
     EXPECT_EQ(TNetwork::Cause([&] { network.transport->Call(where, Request(), 30s); }), "unreachable");
-    shutdown(listening.file, SHUT_RDWR);
+    shutdown(listening.native_handle(), SHUT_RDWR);
     server.join();
-    close(listening.file);
   }
 }
 

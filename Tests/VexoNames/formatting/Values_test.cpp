@@ -12,6 +12,7 @@
 #include "formatting/number/FormatNumber.h"
 #include "formatting/number/NumberByStreams.h"
 #include "formatting/text/FormatText.h"
+#include "systemnames/Office.h"
 
 namespace names_test {
 namespace {
@@ -57,25 +58,10 @@ const RowFile file("formatting/Values.txt", {}, [](const Row& row) {
 
 std::vector<std::vector<string>> RowsOf(const string& title) { return Rows(Page("formatting-options.md"), title); }
 
-NQ_TDict Options(const TJson& json) {
-  NQ_TDict options;
-  for (const auto& [key, value] : json.items()) {
-    NQ_TAny& option = options[key.c_str()];
-    if (value.is_boolean()) option = value.get<bool>();
-    if (value.is_number()) option = value.get<int>();
-    if (value.is_string()) option = S(value.get<string>());
-    if (!value.is_array()) continue;
-    NQ_TArray pairs;
-    for (const TJson& pair : value) pairs.Add(Options(pair));
-    option = pairs;
-  }
-  return options;
-}
-
 string Formatted(const TJson& options, const string& value) {
   Names names("text due = x");
   names.SetValue("due", S(value));
-  names.SetFormattingOptions("due", Options(options));
+  names.SetFormattingOptions("due", system_test::Dict(options.dump()));
   Output log;
   return Resolved(names, "<<due/>>");
 }
