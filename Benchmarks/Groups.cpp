@@ -93,7 +93,7 @@ Subjects DateSubjects(const DateTask& task) {
   Subjects subjects;
   subjects.push_back(steady("icu_each_time", std::make_unique<IcuEachTime>(task)));
   const auto format = [](const NQ_TDict& options, NQ_TString& value) {
-    return templatenames::FormatDateTimeValue(0, options, value);
+    return templatenames::FormatDateTimeValue(options, value, nullptr).written;
   };
   subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, DateOptions(task), format)));
   subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
@@ -110,7 +110,7 @@ Subjects NumberSubjects() {
   Subjects subjects;
   subjects.push_back(steady("streams_each_time", std::make_unique<StreamsEachTime>()));
   const auto format = [](const NQ_TDict& options, NQ_TString& value) {
-    return templatenames::FormatNumber(0, options, value);
+    return templatenames::FormatNumber(options, value).kind == templatenames::TNumberOutcome::TKind::Written;
   };
   subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, NumberOptions(), format)));
   subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
@@ -124,10 +124,12 @@ Subjects TextSubjects(const Encoding& encoding) {
     return std::make_unique<Steady<Engine>>(name, w.tokens, encoding.expected, std::move(engine));
   };
   const Registry registry = TextRegistry(encoding);
+  const auto format = [](const NQ_TDict& options, NQ_TString& value) {
+    return templatenames::FormatText(options, std::size_t{64} * 1024 * 1024, value);
+  };
   Subjects subjects;
   subjects.push_back(steady("by_hand", std::make_unique<EncodedByHand>(encoding)));
-  subjects.push_back(
-      steady("formatter", std::make_unique<FormatterAlone>(w, encoding.options(), &templatenames::FormatText)));
+  subjects.push_back(steady("formatter", std::make_unique<FormatterAlone>(w, encoding.options(), format)));
   subjects.push_back(steady("vexo", std::make_unique<VexoString>(registry, w.Template())));
   subjects.push_back(steady("vexo_utf8", std::make_unique<VexoUtf8>(registry, w.Template())));
   return subjects;

@@ -16,6 +16,17 @@ TEST(Formatting, LongValues) {
   EXPECT_EQ(Resolved(names, "<A/><C/><A/>"), Repeated("&amp;", 20'001));
 }
 
+// By the short way and by the long one, which logs it.
+TEST(Formatting, ATokenFailsWhenItsEncodingMakesTooMuch) {
+  Names names("text A = ab; number N = 7");
+  names.SetFormattingOptions("A", Options("DataFormat=TEXT|Encoding=CUSTOM|CustomEncoding=" + Repeated("a>aa,", 30)));
+  EXPECT_EQ(Resolved(names, "<A/><N/>"), "! <A/>7");
+  names.SetDebugLevel(2);
+  Output log;
+  EXPECT_EQ(Resolved(names, "<A/>"), "! <A/>");
+  EXPECT_NE(log.Take().find("Key: \"A\" More characters than the limit allows"), std::string::npos);
+}
+
 // A server's threads may still format while what is static has been destroyed. Alone in a process: it counts what is
 // made first.
 TEST(Formatting, WhileTheProgramEnds) {

@@ -41,6 +41,12 @@ std::string PlainlyScanned(TName& names, std::string_view s, std::string_view be
   for (std::size_t e = s.find(end); e != kNone; e = s.find(end, done)) {
     const std::size_t b = s.rfind(begin, e);
     if (b == kNone || b < done) break;
+    if (b + begin.size() > e) {  // the markers overlap
+      ok = false;
+      result.append(s.substr(done, e + end.size() - done));
+      done = e + end.size();
+      continue;
+    }
     // By itself, between markers that occur nowhere else.
     const std::string token = "{" + std::string(Between(s, b + begin.size(), e)) + "}";
     const std::string value = Resolved(names, token, "{", "}"), text = value.substr(value.starts_with("! ") ? 2 : 0);

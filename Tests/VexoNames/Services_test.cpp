@@ -4,13 +4,12 @@
 #include <ctime>
 #include <regex>
 #include <sstream>
-#include <thread>
 
 #include "CFS/Server/cfs_tproxy.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
-#include "NQ_TSocket.h"
 #include "Support.h"
+#include "definitions/Definitions.h"
 #include "TNameProxyProvider.h"
 #include "TreeText.h"
 
@@ -60,14 +59,6 @@ bool Spoil(const NQ_TString&, NQ_TDict* entry, TName*, NQ_TAny&) {
   return false;
 }
 
-/// Reaches the one operation that is for the owner of the names only.
-template <auto Member>
-struct TReach {
-  friend void SetDefaultFile(TName& names, const NQ_TString& file) { (names.*Member)(file); }
-};
-void SetDefaultFile(TName& names, const NQ_TString& file);
-template struct TReach<&TName::SetDefaultLocalizationFile>;
-
 /// Names, and the services that they ask: a configuration server that has a tree, and others that reply to a method.
 class Case {
  public:
@@ -90,6 +81,7 @@ class Case {
   CFS_TProxy cfs_;
   TName names_;
   std::string reply_;    // to all requests when it is not empty
+  bool down_ = false;    // no service answers
   std::string several_;  // to those for several paths
   int calls_ = 0;
   // Beside those of Support.cpp.
@@ -103,7 +95,13 @@ class Case {
       {"root", [this](TName&, Line& l) { cfs_.AddCacheRoot(l.key); }},
       {"reply", [this](TName&, Line& l) { reply_ = l.whole.substr(6); }},
       {"several", [this](TName&, Line& l) { several_ = Text(l.key); }},
-      {"default file", [](TName& n, Line& l) { SetDefaultFile(n, l.key); }},
+      {"default file", [](TName& n, Line& l) { templatenames::SetDefaultLocalizationFile(n.Engine(), l.key); }},
+      {"down", [this](TName&, Line&) { down_ = true; }},
+      {"reason",
+       [](TName& n, Line& l) {
+         const NQ_TString reason = n.GetErrorReason();
+         l.given = reason.Empty() ? "none" : Text(reason);
+       }},
       {"spoil",
        [](TName& n, Line& l) {
          spoiled = Text(l.key);
@@ -130,6 +128,7 @@ NQ_TAny Case::At(const NQ_TString& path) const {
 NQ_TAny Case::Reply(const NQ_TDict& request) {
   const std::string method = Text(request.At("M"));
   ++calls_;
+  if (down_) nq::Throw(NQ_EException("there is no answer"));
   if (!reply_.empty()) return Value(reply_);
   if (method.starts_with("Fail")) nq::Throw(NQ_EException("refused", S(method)));
   if (method == "Odd") throw std::runtime_error("odd");
@@ -222,57 +221,6 @@ double SecondsToLoad(int count) {
 
 // Ten times the names take about ten times as long; work that grows with the square would take a hundred times.
 TEST(Services, DefinitionsLoadInLinearTime) { EXPECT_LT(SecondsToLoad(20'000), 35 * SecondsToLoad(2'000)); }
-
-// ---- shared clients
-
-TEST(ProxyProvider, SharesClientsByHostAndServer) {
-  const std::string local = Text(NQ_TSocket::HostName(false));
-  const struct {
-    std::string host, server, otherHost, otherServer;
-    bool shared;
-  } rows[] = {
-      {"h", "s", "h", "s", true},       {"Host", "s", "hOST", "s", true},
-      {"", "s", local, "s", true},      {"h", "s", "h", "S", false},
-      {"h", "#80", "h", "#080", false}, {"h", "s", "g", "s", false},
-      {"h", "s", "hs", "", false},      {"", "s", "localhost", "s", local == "localhost"},
-  };
-  for (const auto& row : rows) {
-    TNameProxyProvider provider;
-    const auto client = provider.GetClient(S(row.host), S(row.server));
-    EXPECT_EQ(client == provider.GetClient(S(row.otherHost), S(row.otherServer)), row.shared)
-        << row.host << ' ' << row.server << ' ' << row.otherHost << ' ' << row.otherServer;
-    EXPECT_EQ(client->ConnectionAddress().host, S(row.host));
-  }
-}
-
-TEST(ProxyProvider, KeepsTheFirstClientUntilItIsForgotten) {
-  TNameProxyProvider provider;
-  const auto first = std::make_shared<NQM_TClient>();
-  provider.AddClient("H", "s", first);
-  provider.AddClient("h", "s", std::make_shared<NQM_TClient>());
-  EXPECT_EQ(provider.GetClient("h", "s"), first);
-  provider.AddClient("h", "other", nullptr);
-  provider.AddClient("h", "s", nullptr);
-  EXPECT_EQ(first.use_count(), 1);
-  EXPECT_NE(provider.GetClient("h", "s"), nullptr);
-  EXPECT_NE(provider.GetClient("h", "s"), first);
-}
-
-TEST(ProxyProvider, IsUsedByManyThreads) {
-  TNameProxyProvider provider;
-  const auto client = provider.GetClient("h", "s");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.emplace_back([&] {
-      for (int i = 0; i < Scaled(2000); ++i) {
-        const NQ_TString server = NQ_TString::Format("%d", i);
-        EXPECT_EQ(provider.GetClient("H", "s"), client);
-        EXPECT_NE(provider.GetClient("h", server), nullptr);
-        provider.AddClient("h", server, nullptr);
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
-}
 
 }  // namespace
 }  // namespace names_test

@@ -25,24 +25,25 @@
 // error) failed definitions.
 #pragma once
 
-#include <atomic>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
+#include <type_traits>
 
 #include "NQ_TAny.h"
 #include "NQ_TDict.h"
 #include "NQ_TList.h"
-#include "NQ_TMutex.h"
 #include "NQ_TString.h"
 #include "NQ_TTime.h"
 #include "NQ_TTree.h"
 #include "NQ_TURL.h"
+#include "TNameExplanation.h"
 #include "TNameLimits.h"
 #include "TNameLookupHandler.h"
+#include "TNameReport.h"
 #include "TNameTranslator.h"
 #include "TNameWarnLookupHandler.h"
 
@@ -50,13 +51,7 @@ class CFS_TProxy;
 class TNameProxyProvider;
 
 namespace templatenames {
-class TEntry;
-class TNameStore;
-struct TEntrySlots;
-struct TKeptTemplate;
-struct TMarkers;
-struct TPlan;
-struct TToken;
+struct TEngine;
 }  // namespace templatenames
 
 class NQ_EXPORT TName {
@@ -125,6 +120,8 @@ class NQ_EXPORT TName {
   static void SetLogSink(TLogSink sink);
   void SetLimits(const TNameLimits& limits);
   TNameLimits GetLimits() const;
+  /// For the library's own parts; opaque to programs.
+  templatenames::TEngine& Engine() const { return *engine_; }
 
   // ---- Registry.cpp: names, values and attributes
 
@@ -144,6 +141,10 @@ class NQ_EXPORT TName {
   void SetValue(const NQ_TString& key, const NQ_TTime& value);
   void SetValue(const NQ_TString& key, const NQ_TURL& value);
   void SetValue(const NQ_TString& key, const char* utf8) { SetValue(key, NQ_TString(utf8)); }
+  /// Not to be narrowed or misread.
+  template <class T>
+  requires std::is_floating_point_v<T> || std::same_as<T, bool> || std::is_null_pointer_v<T>
+  void SetValue(const NQ_TString& key, T value) = delete;
   /// A copy of the value; illegal when there is none.
   NQ_TAny GetValue(const NQ_TString& key) const;
   bool HasValue(const NQ_TString& key) const;
@@ -201,7 +202,7 @@ class NQ_EXPORT TName {
   void SetWarnLookupHandler(TWarnFunction function);
   void SetWarnLookupHandler(TNameWarnLookupHandler* handler);
   /// The object set last; null when there is none, or a function.
-  TNameWarnLookupHandler* GetWarnLookupHandler() const { return warnObject_; }
+  TNameWarnLookupHandler* GetWarnLookupHandler() const;
   /// A stage that is null ends the chain: the stages after it are not run.
   void SetElemHandler(TStageFunction function);
   void SetExtractHandler(TStageFunction function);
@@ -210,11 +211,11 @@ class NQ_EXPORT TName {
   // ---- Translation.cpp: templates in another form
 
   /// Whether the text begins with "<<CDATA/>>", which makes the rest literal.
-  static bool IsMarked(const NQ_TString& text);
-  static NQ_TString AddMarker(const NQ_TString& text);
-  static NQ_TString RemoveMarker(const NQ_TString& text);
+  [[nodiscard]] static bool IsMarked(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString AddMarker(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString RemoveMarker(const NQ_TString& text);
   /// Makes a name out of any text: "%", " ", "<", ">" and "/" become percent escapes.
-  static NQ_TString Encode(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString Encode(const NQ_TString& text);
 
   /// Replaces every token of a defined name by the translator's prefix, its name for it, and its suffix. The token's
   /// attributes are lost; tokens of other names stay. Throws only what the translator throws.
@@ -241,6 +242,23 @@ class NQ_EXPORT TName {
   /// Resolves one token, given without its markers.
   bool ResolveTokenEx(const NQ_TString& tokenText, NQ_TString& result);
 
+  // ---- Reports.cpp: what became of the tokens
+
+  /// Resolves a template as the form without a report does, with the same text, count and side effects, and tells what
+  /// became of its tokens; what the report held before is dropped. Errors of unit conversion and of formatting options
+  /// are failures of their token here, where the other form throws them. An exception of a handler of the caller's
+  /// leaves, with the report saying which token it was.
+  bool Resolve(const NQ_TString& text, NQ_TString& result, TNameReport& report);
+  /// Tells what can be known of a template without calling a handler, asking a service, counting anything up or
+  /// writing to the log: names that are not defined, formats and specifications that cannot be used, and what a stored
+  /// value becomes. True when there is no failure among that.
+  bool Check(const NQ_TString& text, TNameReport& report) const;
+  /// Resolves a template as far as nothing is lost by it: counters stand still, and what only a service could tell
+  /// fails. Handlers of the caller's are called.
+  bool Preview(const NQ_TString& text, NQ_TString& result, TNameReport& report);
+  /// Resolves a template and tells of each token how it came to its text; with `asPreview`, as Preview does.
+  [[nodiscard]] TNameExplanation Explain(const NQ_TString& text, bool asPreview = false);
+
   // ---- ServerQuery.cpp: values from services
 
   /// Records a query: host (a template), server ("#" and a port, or the name of a service), method, parameters. The
@@ -262,17 +280,21 @@ class NQ_EXPORT TName {
 
   /// Defines the name as the record says; Docs/definition-records.md lists its keys. False, with nothing changed, when
   /// the name is defined already, or the record has no type or one that is not known: the error code tells. False, too,
-  /// when a key holds a value of another class than it takes: the name then stays as far as it got, and standard error
-  /// tells why.
+  /// when a key holds a value of another class than it takes: the name then stays as far as it got, standard error
+  /// tells why, and the error code stays as it was. `GetErrorReason` tells in all cases.
   bool Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
+  /// Why the last definition failed, in one sentence: which record of which resource, what was found there, and what
+  /// belongs there; of a resource that could not be read, which one and why. A duplicate in a tree, which is passed
+  /// over, counts too. Empty when nothing has failed since the start or `SetError(TName_ErrorNone)`.
+  NQ_TString GetErrorReason() const;
 
   // ---- ConfigurationDefinitions.cpp: names from the configuration server
 
   /// Defines what the configuration server holds for a name set: the names of one scope, or of all with "*"; of one
   /// scope only the given name unless that is "*". False when something could not be read or defined; what was defined
   /// before that stays. Several resources may hold the same name: with "*" the first one counts, and the others are
-  /// said on standard output; a name that is asked for alone gives false then. Throws nothing. Reads without locking
-  /// the registry.
+  /// said on standard output; a name that is asked for alone gives false then. Throws nothing; `GetErrorReason` tells
+  /// which resource or record it was. Reads without locking the registry.
   bool Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
               const NQ_TString& name, bool userDefined);
   /// The same from the server "CFS" on the host that the environment variable NQ_SERVER names; the local one when it is
@@ -286,148 +308,5 @@ class NQ_EXPORT TName {
   NQ_TList GetLocalizationFiles() const;
 
  private:
-  friend class VexoNameUtils;  // defines the names of a tree
-  class TRun;
-  class TQuiet;
-
-  /// What one outermost public call may still do; handlers that call back share it.
-  struct TBudget {
-    int depth = 0;  // of resolutions within each other: nested values, and calls of handlers
-    std::int64_t tokens = 0;
-    std::int64_t characters = 0;
-    std::int64_t regexMilliseconds = 0;  // as long may regular expressions still be compiled and searched for
-    std::int64_t regexLook = 0;          // the last look at the clock, in milliseconds; 0: the clock stands still
-    int regexSearches = 0;               // until the next look
-    int queries = 0;                     // as many may still be made
-    std::int64_t queryMilliseconds = 0;  // as long may they still take
-
-    bool RegexSpent() const { return regexMilliseconds <= 0; }
-    static constexpr int kSearchesPerLook = 8;  // a look for each search would cost as much as the search
-    /// To be called before a regular expression is asked for. From a look at the clock on all time counts, until
-    /// PauseRegex; a call's first searches are free.
-    void BeginRegex() {
-      if (--regexSearches <= 0) LookAtClock();
-    }
-    /// To be called before handlers, which may take their time.
-    void PauseRegex() {
-      if (regexLook != 0) LookAtClock();
-      regexLook = 0;
-      regexSearches = 0;
-    }
-    void LookAtClock();
-  };
-
-  // Registry.cpp
-  templatenames::TEntry& FindEntry(const NQ_TString& key) const;
-  const NQ_TString& GetStringAttribute(const NQ_TString& key, const NQ_TString& attribute) const;
-  void SetStringAttribute(std::string_view operation, std::string_view label, const NQ_TString& key,
-                          const NQ_TString& attribute, const NQ_TString& value);
-  void StoreValue(const NQ_TString& key, NQ_TAny value, std::initializer_list<TName_Type> types);
-  void DefineLookup(const NQ_TString& key, TName_Type type, TName_Lookup lookup);
-  int Count(const NQ_TString& key, int step);
-
-  // Formatting.cpp
-  bool ApplyFormattingOptions(const NQ_TString& key, templatenames::TEntry& entry, NQ_TString& value);
-  bool AppendFormatted(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
-
-  // Translation.cpp
-  bool TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const;
-
-  // Resolution.cpp
-  void Resolve(const NQ_TString& text, NQ_TString& result, int& count);
-  bool ResolveTokenEx(templatenames::TToken& token, NQ_TString& result, int& count);
-  void AppendResolved(const NQ_TString& text, NQ_TString& out, int& count);
-  void AppendScanned(const NQ_TString& text, const templatenames::TMarkers& markers, NQ_TString& out, int& count);
-  void AppendKept(templatenames::TKeptTemplate& kept, NQ_TString& out, int& count);
-  void ResolveInto(const NQ_TString& text, NQ_TString& result, int& count);
-  bool ResolveEmptyToken(int& count);
-  bool Logs(int level) const { return debugLevel_.load(std::memory_order_relaxed) >= level; }
-
-  // StoredValues.cpp
-  bool AppendPiece(std::u16string_view literal, std::u16string_view tokenText, NQ_TString& out, int& count);
-  bool AppendPiece(std::u16string_view literal, templatenames::TToken& token, NQ_TString& out, int& count);
-  bool AppendAsIs(std::u16string_view literal, std::u16string_view value, std::size_t counts, NQ_TString& out);
-  static void AppendUnits(std::u16string_view text, NQ_TString& out);
-  templatenames::TEntry* FindEntry(templatenames::TToken& token) const;
-  const templatenames::TPlan* PlanFor(templatenames::TToken& token);
-  static bool TakesStoredValue(TLookupFunction lookup);
-  static const templatenames::TPlan& MakePlan(templatenames::TEntry& entry);
-  static void PlanText(templatenames::TEntry& entry, const templatenames::TEntrySlots& slots,
-                       templatenames::TPlan& plan);
-  static void PlanNumber(templatenames::TEntry& entry, const templatenames::TEntrySlots& slots,
-                         templatenames::TPlan& plan);
-  bool AppendValue(templatenames::TToken& token, const templatenames::TPlan* plan, NQ_TString& out, int& count);
-  bool AppendPlanned(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
-  bool AppendUnformatted(templatenames::TToken& token, const templatenames::TPlan& plan, NQ_TString& out, int& count);
-  bool AppendNested(const templatenames::TPlan& plan, NQ_TString& out, int& count);
-  bool AppendStages(templatenames::TToken& token, unsigned int begin, std::u16string_view text, NQ_TString& out);
-  bool AppendGroup(templatenames::TToken& token, std::u16string_view text, NQ_TString& out);
-  bool FindGroup(templatenames::TToken& token, std::u16string_view& text);
-
-  // ValueProduction.cpp
-  const char* ExceededLimit() const;
-  bool ProduceValue(templatenames::TToken& token, NQ_TString& result, int& count);
-  bool LookUp(const NQ_TString& key, templatenames::TEntry& entry, NQ_TAny& value);
-  void ResolveNested(NQ_TAny& value, int& count);
-  bool RunStages(const NQ_TString& key, const templatenames::TToken& token, templatenames::TEntry& entry,
-                 NQ_TString& result);
-  void LogToken(const NQ_TString& key, std::string_view what) const;
-  void LogFormat(const NQ_TString& key, const NQ_TString& format, const char* reason) const;
-
-  // Handlers.cpp
-  void NoteHandlers();
-
-  // BuiltInHandlers.cpp
-  static TLookupFunction BuiltInLookup(TName_Lookup lookup);
-  static bool LookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  static bool TimeLookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  static bool SQLQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  static bool StringTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
-                                TName* names, NQ_TString& result);
-  static bool IntegerTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
-                                 TName* names, NQ_TString& result);
-  static bool TimeTypeHandler(const NQ_TString& key, const NQ_TAny& value, const NQ_TString& format, NQ_TDict* entry,
-                              TName* names, NQ_TString& result);
-
-  // Stages.cpp
-  static bool TNameElemHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
-                               NQ_TDict* entry, TName* names, NQ_TString& result);
-  static bool TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
-                                  NQ_TDict* entry, TName* names, NQ_TString& result);
-  static bool TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute,
-                                NQ_TDict* entry, TName* names, NQ_TString& result);
-
-  // ServerQuery.cpp
-  static bool ServerQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  static bool ServerQueryHandlerNoCache(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value);
-  bool Query(const NQ_TString& key, const NQ_TDict& entry, NQ_TAny& value);
-  void ResolveParameters(NQ_TDict& params);
-  void ResolveDependencies(const NQ_TString& key, NQ_TDict& params);
-
-  // DefinitionRecords.cpp
-  enum class TRecordResult : std::uint8_t { Defined, Duplicate, Failed };
-  TRecordResult DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
-  bool Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
-
-  // ConfigurationDefinitions.cpp
-  bool DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined);
-  bool DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined);
-  void SetDefaultLocalizationFile(const NQ_TString& file);
-  void SetLocalizationFile(const NQ_TString& key, const NQ_TString& file);
-
-  mutable NQ_TMutex lock_;
-  std::atomic<int> debugLevel_{0};
-  std::unique_ptr<templatenames::TNameStore> names_;
-  TName_Error error_ = TName_ErrorNone;
-  TLookupFunction userLookup_ = nullptr;
-  TWarnFunction warnFunction_ = nullptr;
-  TNameWarnLookupHandler* warnObject_ = nullptr;
-  TStageFunction elemHandler_;
-  TStageFunction extractHandler_;
-  TStageFunction regexHandler_;
-  bool ownHandlers_ = true;  // no hook is set, and the stages are the library's own
-  NQ_TString defaultLocalizationFile_;
-  TNameLimits limits_;
-  TBudget budget_;
-  std::shared_ptr<TNameProxyProvider> proxyProvider_;
+  std::unique_ptr<templatenames::TEngine> engine_;
 };

@@ -12,17 +12,26 @@
 //   system.ResetVexoNames(names, ticket, 2);      // the next input of the same task
 //
 // Values come from the services when a template first needs one; then the whole group of names gets its values. What a
-// service does not know, or what cannot be asked, makes the token fail or gives the default that the group documents.
-// A request that failed is made again for the next token, within what `TNameLimits` says of queries.
-// Names that are not defined in the TName are left alone, and nothing is asked for them alone.
+// service does not know, or what cannot be asked, makes the token fail or gives the default that the group documents
+// (Docs/system-names.md). A request that failed is made again for the next token, within what `TNameLimits` says of
+// queries. Names that are not defined in the TName are left alone, and nothing is asked for them alone.
 //
 // Lifetimes: proxies and tickets are borrowed. The proxies must outlive this object, this object every TName that it
 // defined names in, and a ticket the use of the names that were reset with it.
 //
-// Threads: any number may share one object, each with a TName of its own. Definitions are loaded by one thread at a
-// time, which keeps what was read for the others; values are looked up on the thread that resolves.
+// Threads: any number may share one object, each with a TName of its own. Every member may be called from any thread,
+// but for `SetClock`. Definitions are loaded by one thread at a time, which keeps what was read for the others; values
+// are looked up on the thread that resolves, with the lock of its TName held. Proxies are called from all these
+// threads, and at the same time: their clients allow that, once their addresses are set. A proxy that is replaced may
+// still be in use by a lookup that has begun; it can go when no TName is being resolved, reset or defined.
 //
-// Log: lines on standard output from the debug level on that stands with the operation.
+// Tests: a proxy is a client of the caller's, with an address of its own; NQM_TServices can stand in for all services
+// of the process. Tests that run side by side give each its own host.
+//
+// Failures of definitions do not throw: `TName::GetErrorReason` tells which resource or record it was, and why.
+//
+// Log: lines on standard output from the debug level on that stands with the operation. What these operations do to
+// the TName is logged by that one, at its own debug level.
 #pragma once
 
 #include <atomic>
@@ -63,7 +72,7 @@ class NQ_EXPORT VexoNameUtils {
   VexoNameUtils(const VexoNameUtils&) = delete;
   VexoNameUtils& operator=(const VexoNameUtils&) = delete;
 
-  /// The services to ask, null for none; names reset before use the new one too.
+  /// The services to ask, null for none; names reset before use the new one from their next lookup on.
   void SetCFSProxy(CFS_TProxy* proxy) { cfs_ = proxy; }
   void SetJobProxy(J_TProxy* proxy) { jobs_ = proxy; }
   void SetProductProxy(P_TProxy* proxy) { products_ = proxy; }
@@ -80,19 +89,23 @@ class NQ_EXPORT VexoNameUtils {
   int GetDebugLevel() const { return debugLevel_; }
   /// Returns the level before.
   int SetDebugLevel(int level) { return debugLevel_.exchange(level); }
-  /// By which definitions grow old; null: the system's. For repeatable tests, before the first definition.
+  /// By which definitions grow old; null: the system's. For repeatable tests: before any other thread uses the object,
+  /// and before the first definition.
   void SetClock(TClock clock);
 
   // ---- TreeCache.cpp: definitions once read
 
-  /// Forgets all definitions read so far; returns how many trees they were.
+  /// Forgets all definitions read so far; returns how many trees they were. Names that are defined stay. Waits for a
+  /// thread that loads definitions.
   std::uint64_t ClearCache();
 
   // ---- DefineNames.cpp: definitions from the configuration server
 
   /// Loads the definitions of the global and the user's template names, and those of the task unless its name is empty.
-  /// Does nothing without a configuration server. A list or a tree that cannot be read is passed over. Throws what
-  /// asking for the name of the server's tree throws. Logs from level 1 on, each tree from level 2 on.
+  /// Does nothing without a configuration server. A list of which a tree cannot be read or defined ends there, and the
+  /// next list follows; `TName::GetErrorReason` tells the last such failure. Names that are defined already stay as
+  /// they are. Throws what asking for the name of the server's tree throws. Logs from level 1 on, each resource from
+  /// level 2 on.
   void DefineSystemVexoNames(TName& names, const NQ_TString& taskName);
   /// `DefineSystemVexoNames` for the ticket's task (the empty name without a ticket), then `ResetVexoNames`.
   void DefineVexoNames(TName& names, const AT_TTicket& ticket, unsigned int inputNumber);
@@ -122,10 +135,6 @@ class NQ_EXPORT VexoNameUtils {
   class TLookupHandler;
   class TWarnHandler;
   struct THandlers;
-
-  // Asking.h: a request of a lookup counts with those of the call that resolves
-  template <class Request>
-  static auto Ask(TName& names, Request request);
 
   // TreeCache.cpp
   const NQ_TTree& GetCachedTree(CFS_TProxy& cfs, const NQ_TString& path, bool timed);
@@ -164,8 +173,8 @@ class NQ_EXPORT VexoNameUtils {
   bool LookupFile(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
   bool LookupFileType(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
   bool LookupVexoID(const NQ_TString& key, NQ_TDict& entry, TName& names, NQ_TAny& value);
-  NQ_TString FindFileAttribute(TName& names, const NQ_TURL& file, const NQ_TDict& wanted, const char* answer,
-                               const char* fallback) const;
+  void SetFileAttribute(TName& names, const NQ_TString& key, const NQ_TDict& wanted, const char* answer,
+                        const char* fallback) const;
   static void CalculateFileVexoNames(const NQ_TURL& file, TName& names);
 
   // TicketNames.cpp
@@ -182,7 +191,6 @@ class NQ_EXPORT VexoNameUtils {
 
   // ParameterNames.cpp
   void SetWarnLookupHandler(TName& names) const;
-  static bool HasCategory(const TName& names, const NQ_TString& category);
   void WarnLookup(const NQ_TString& key, TName& names) const;
   NQ_TDict FindParameters(TName& names, const NQ_TString& id,
                           NQ_TDict (*ask)(P_TProxy& products, const NQ_TString& id)) const;

@@ -5,6 +5,7 @@
 #include <unicode/tztrans.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -63,18 +64,28 @@ struct TCase {
     const auto failed = [](const string& what, const string& data) { return "error " + what + " [" + data + ']'; };
     UErrorCode error = U_ZERO_ERROR;
     const TLocale locale(language.c_str());
-    const icu::SimpleDateFormat format(Icu(pattern), locale, error);
+    icu::SimpleDateFormat format(Icu(pattern), locale, error);
     const std::unique_ptr<icu::Calendar> calendar(
         icu::Calendar::createInstance(icu::TimeZone::createTimeZone(Icu(zone)), locale, error));
     if (U_FAILURE(error)) return failed(u_errorName(error), pattern);
     calendar->setTime(NQ_TTime().Milliseconds(), error);
     for (const auto field : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND}) calendar->set(field, 0);
+    SetCentury(format, error);
     icu::ParsePosition position(0);
     format.parse(Icu(text), *calendar, position);
     if (position.getIndex() == 0)
       return failed("Unparseable date: error at index " + std::to_string(position.getErrorIndex()), S(text).c_str());
     const double time = calendar->getTime(error);
     return U_FAILURE(error) ? failed(u_errorName(error), S(text).c_str()) : Digits(time);
+  }
+  // ICU's own clock is another one, and it looks at it once.
+  static void SetCentury(icu::SimpleDateFormat& format, UErrorCode& error) {
+    if (format.get2DigitYearStart(error) == std::numeric_limits<double>::min()) return;
+    format.setTimeZone(*icu::TimeZone::getGMT());
+    const std::unique_ptr<icu::Calendar> start(format.getCalendar()->clone());
+    start->setTime(std::floor(NQ_TTime().Milliseconds() / 86'400'000) * 86'400'000, error);
+    start->add(UCAL_YEAR, -80, error);
+    format.set2DigitYearStart(start->getTime(error), error);
   }
   string FreshlyFormatted(double time) const {
     UErrorCode error = U_ZERO_ERROR;
@@ -251,6 +262,17 @@ TEST_F(DatesAgainstIcu, ChangesOfTheOffset) {
       for (const double past : {0.0, -1.0, 9e5, -9e5})
         c.CompareText(TCase{c.pattern, "UTC", ""}.FreshlyFormatted(local + past));
     }
+  }
+}
+
+// Beyond some 10^17 milliseconds ICU finds changes of the offset at other times. They must not be taken for times to
+// come.
+TEST_F(DatesAgainstIcu, TimesThatNoZoneHoldsTeachItNothing) {
+  for (const double far : {1e18, 1e19, 1e20, 1e26, 1e300, -1e20}) {
+    const TCase c{"yyyy-MM-dd HH:mm:ss", "America/New_York", ""};
+    for (int i = 0; i < 4; ++i) TCase{"EEEE", c.zone, ""}.CompareTime(far);  // as many as are kept
+    c.CompareTime(1120219200000);                                            // 2005-07-01T12:00:00Z
+    c.CompareText("2005-07-01 08:00:00");
   }
 }
 

@@ -8,8 +8,10 @@
 #include <locale>
 #include <sstream>
 
+#include "NQ_TTime.h"
 #include "OptionsText.h"
 #include "Support.h"
+#include "engine/DateLog.h"
 #include "formatting/date/DateTimePatterns.h"
 
 namespace templatenames {
@@ -25,15 +27,16 @@ using std::string;
 constexpr double kTime = 1601899387250;  // 2020-10-05T12:03:07.25Z
 
 string Formatted(const NQ_TDict& options, NQ_TString value) {
-  FormatDateTimeValue(0, options, value);
+  FormatDateTimeValue(options, value, nullptr);
   return Text(value);
 }
 
 string LogOf(int debugLevel, const char* options, const NQ_TString& value) {
   Output output;
   NQ_TString text = value;
-  const bool formatted = FormatDateTimeValue(debugLevel, Options(options), text);
-  EXPECT_TRUE(formatted || text == value);
+  const TDateOutcome outcome = FormatDateTimeValue(Options(options), text, nullptr);
+  LogDate(debugLevel, Options(options), value, text, outcome);
+  EXPECT_TRUE(outcome.written || text == value);
   return output.Take();
 }
 
@@ -86,6 +89,31 @@ TEST(DateTime, UnixInputInAnotherGlobalLocale) {
   EXPECT_EQ(Formatted(options, "1.500"), "1500");
   std::locale::global(before);
   EXPECT_EQ(Formatted(options, "1.500"), "1");
+}
+
+// Also in a formatter that was made when the clock stood elsewhere.
+TEST(DateTime, YearsOfTwoDigitsFollowTheClock) {
+  static double now = 0;
+  NQ_TTime::SetClock([] { return now; });
+  const NQ_TDict options = Options("CustomInputDateTimeFormat=dd.MM.yy|CustomDateTimeFormat=yyyy-MM-dd");
+  const struct {
+    double now;
+    const char *value, *date;
+  } rows[] = {
+      {kTime, "05.10.40", "1940-10-05"},
+      {kTime, "04.10.40", "2040-10-04"},
+      {kTime + 86'400'000, "05.10.40", "2040-10-05"},
+      {kTime + 86'400'000, "06.10.40", "1940-10-06"},
+      {2556144000000, "31.12.70", "2070-12-31"},  // 2051-01-01
+      {2556144000000, "01.01.71", "1971-01-01"},
+      {0, "01.01.90", "1890-01-01"},
+      {kTime, "31.12.39", "2039-12-31"},
+  };
+  for (const auto& row : rows) {
+    now = row.now;
+    EXPECT_EQ(Formatted(options, row.value), row.date) << row.value << " at " << row.now;
+  }
+  NQ_TTime::SetClock(nullptr);
 }
 
 // ---- patterns

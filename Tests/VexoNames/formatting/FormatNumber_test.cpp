@@ -20,26 +20,32 @@ using names_test::Output;
 using std::u16string;
 using std::u16string_view;
 
-// What happened, and the text; units of it that UTF-8 cannot say stay apart.
+// What happened, how much was read, and the text; units of it that UTF-8 cannot say stay apart.
 template <class TFormat>
-NQ_TString Outcome(const TFormat& format, const NQ_TString& value) {
+NQ_TString Outcome(const TFormat& format, const NQ_TString& value, std::size_t* read = nullptr) {
   NQ_TString text = value;
   try {
-    return NQ_TString(format(text) ? "" : "refused ") + text;
+    const TNumberOutcome outcome = format(text);
+    if (read != nullptr) *read = outcome.read;
+    return NQ_TString(outcome.kind == TNumberOutcome::TKind::Written ? "" : "refused ") + text;
   } catch (const NQ_EException& error) {
     return NQ_TString("error ") + error.NQ_Message() + " " + text;
   }
 }
 
 NQ_TString Formatted(const NQ_TDict& options, const NQ_TString& value) {
-  return Outcome([&](NQ_TString& text) { return FormatNumber(0, options, text); }, value);
+  return Outcome([&](NQ_TString& text) { return FormatNumber(options, text); }, value);
 }
 
 // Formats both ways; returns the text that the streams make.
 NQ_TString ExpectSame(const NQ_TDict& options, const NQ_TString& value) {
   const TNumberOptions read = ReadNumberOptions(options);
-  const NQ_TString plain = Outcome([&](NQ_TString& text) { return FormatNumberByStreams(0, read, text); }, value);
-  EXPECT_EQ(Formatted(options, value), plain) << options << " of " << value;
+  std::size_t readPlainly = 0, readFast = 0;
+  const NQ_TString plain =
+      Outcome([&](NQ_TString& text) { return FormatNumberByStreams(read, text); }, value, &readPlainly);
+  EXPECT_EQ(Outcome([&](NQ_TString& text) { return FormatNumber(options, text); }, value, &readFast), plain)
+      << options << " of " << value;
+  EXPECT_EQ(readFast, readPlainly) << options << " of " << value;
   return plain;
 }
 

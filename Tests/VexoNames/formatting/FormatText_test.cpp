@@ -2,12 +2,13 @@
 #include "formatting/text/FormatText.h"
 
 #include <boost/regex.hpp>
+#include <locale>
 #include <random>
 
 #include "NQ_TURL.h"
 #include "OptionsText.h"
 #include "Support.h"
-#include "formatting/text/Rewriting.h"
+#include "formatting/text/EncodeUrl.h"
 
 namespace templatenames {
 namespace {
@@ -20,8 +21,10 @@ using std::u16string;
 using std::u16string_view;
 using namespace std::literals;
 
-NQ_TString Formatted(const NQ_TDict& options, NQ_TString value) {
-  EXPECT_TRUE(FormatText(options, value));
+constexpr std::size_t kMost = 64 * 1024 * 1024;
+
+NQ_TString Formatted(const NQ_TDict& options, NQ_TString value, std::size_t most = kMost) {
+  EXPECT_TRUE(FormatText(options, most, value));
   return value;
 }
 
@@ -55,8 +58,7 @@ TEST(FormatText, BrokenPairsThrow) {
     pairs.Add(NQ_TAny(element));
     NQ_TString value = "aba";
     try {
-      FormatText(Custom(pairs), value);
-      ADD_FAILURE() << message;
+      ADD_FAILURE() << FormatText(Custom(pairs), kMost, value) << message;
     } catch (const NQ_EException& error) {
       EXPECT_EQ(error.NQ_Message() + "; " + value, NQ_TString(message) + "; " + ofAba);
     }
@@ -88,18 +90,25 @@ TEST(FormatText, PairsAreReadAnew) {
 
 TEST(FormatText, TextsDoNotGrowWithoutEnd) {
   NQ_TString value = "a-a";
-  EXPECT_FALSE(FormatText(Custom(Pairs(Repeated("a>aa,", 60))), value));
-  EXPECT_LE(value.Length(), kMostRewritten);
-  EXPECT_GT(value.Length(), kMostRewritten / 3);
-
-  const u16string text(kMostRewritten / 3, u'<');
-  value = NQ_TString(text);
-  EXPECT_FALSE(FormatText(Options("Encoding=XML"), value));
-  EXPECT_TRUE(value.Equals(text));
-  EXPECT_EQ(Formatted(Options("Encoding=URL"), value).Length(), kMostRewritten / 3 * 3);
-
-  value = NQ_TString(u16string(kMostRewritten + 2, u'a') + u"bb");  // too long already, and may shrink
-  EXPECT_EQ(Formatted(Custom(Pairs("bb>b")), value).Length(), kMostRewritten + 3);
+  EXPECT_FALSE(FormatText(Custom(Pairs(Repeated("a>aa,", 60))), kMost, value));
+  EXPECT_LE(value.Length(), kMost);
+  EXPECT_GT(value.Length(), kMost / 3);
+  // Short texts are put together in another way than long ones.
+  for (const std::size_t length : {5U, 5'000U}) {
+    const NQ_TString signs(u16string(length, u'<'));
+    for (const auto& [options, each] : {std::pair("Encoding=XML", 4U),
+                                        {"Encoding=URL", 3U},
+                                        {"Encoding=CUSTOM|CustomEncoding=<>ab", 2U},
+                                        {"Encoding=CUSTOM|CustomEncoding=<<>ccc", 1U}}) {
+      const std::size_t most = each == 1 ? length / 2 * 3 + length % 2 : each * length;
+      EXPECT_EQ(Formatted(Options(options), signs, most).Length(), most) << options;
+      value = signs;
+      EXPECT_FALSE(FormatText(Options(options), most - 1, value)) << options;
+      EXPECT_EQ(value, signs) << options;
+    }
+    const NQ_TString longer(u16string(length, u'a') + u"bb");  // too long already, and may shrink
+    EXPECT_EQ(Formatted(Custom(Pairs("bb>b")), longer, 1).Length(), length + 1);
+  }
 }
 
 // Takes hours when a long text is compared anew at every place.
@@ -190,8 +199,19 @@ TEST_F(TextsAgainstTheObvious, UrlsAreTakenApartAsByRegularExpressions) {
     if (i % 4 == 0) text = Some(kUnits, i % 50 == 0 ? 3'000 : 12);
     whole += text.starts_with(u"smb://Server:445/") ? 1 : 0;
     ASSERT_EQ(Formatted(Options("Encoding=URL"), NQ_TString(text)), UrlByRegex(text)) << NQ_TString(text);
+    ASSERT_EQ(KeptOfUrl(text), KeptOfUrlByRegex(text)) << NQ_TString(text);
   }
   EXPECT_GT(whole, kTexts / 10);
+}
+
+// The first use of the expressions in its process when it runs alone.
+TEST(FormatText, LettersOfUrlsAreThoseOfAsciiInEveryLocale) {
+  const std::locale before = std::locale::global(std::locale("C.UTF-8"));
+  for (const u16string_view letter : {u"\u212A", u"\u0130", u"\u017F"}) {
+    EXPECT_EQ(KeptOfUrl(u16string(letter) + u":x"), 0U);
+    EXPECT_EQ(KeptOfUrl(u"smb://" + u16string(letter) + u":1/x"), 4U);
+  }
+  std::locale::global(before);
 }
 
 }  // namespace

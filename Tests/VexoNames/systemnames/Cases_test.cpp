@@ -1,4 +1,7 @@
 // The cases of Cases.txt, which says how they are written.
+#include <regex>
+#include <sstream>
+
 #include "NQ_TBoxed.h"
 #include "systemnames/Office.h"
 
@@ -44,6 +47,19 @@ std::string Context(TName& names, const AT_TTicket* ticket) {
   return all;
 }
 
+/// The log's lines on operations, short ("SetValue jp.a; GetTNames"), as far as the expression matches them.
+std::string ShortLog(const std::string& log, const std::string& wanted) {
+  static const std::regex line(R"re(TName::(\w+): (?:(?:\(\w+\) )?Key = "([^"]*)")?.*)re");
+  std::istringstream lines(log);
+  std::string all, one;
+  for (std::smatch found; std::getline(lines, one);) {
+    if (!std::regex_match(one, found, line)) continue;
+    const std::string operation = found.str(1) + (found.length(2) == 0 ? "" : " " + found.str(2));
+    if (std::regex_match(operation, std::regex(wanted))) all += (all.empty() ? "" : "; ") + operation;
+  }
+  return all;
+}
+
 /// One line, with what holds for it.
 class Case {
  public:
@@ -70,11 +86,29 @@ class Case {
 
   void Check() {
     Office office;
+    Offer(office);
+    given_.HasKey("log") ? CheckLog(office) : CheckResult(office);
+  }
+
+ private:
+  void Offer(Office& office) const {
     for (NQ_TConstIterator i(given_); !i.IsDone(); i.Next()) {
       const auto* const reply = i.Value().As<NQ_TDict>();
       if (reply == nullptr || !reply->HasKey("$fails")) office.Reply(Text(i.Key()), i.Value());
     }
     Prepare(office);
+  }
+
+  void CheckLog(Office& office) const {
+    Names names(script_);
+    names.SetDebugLevel(2);
+    Output output;
+    Hand(office, names);
+    Found(names);
+    EXPECT_EQ(ShortLog(output.Take(), Text(Given("log", NQ_TString()))), result_);
+  }
+
+  void CheckResult(Office& office) const {
     Names names(script_);
     TNameLimits limits;
     limits.queries = Given("queries", NQ_TInt32(limits.queries)).Value();
@@ -102,7 +136,6 @@ class Case {
     EXPECT_TRUE(text_ != "parameters" || Parameters(names).empty()) << "the next task has its own";
   }
 
- private:
   void Prepare(Office& office) const {
     const std::string without = Text(Given("without", NQ_TString()));
     if (without == "cfs") office.system.SetCFSProxy(nullptr);
@@ -143,6 +176,7 @@ class Case {
   std::string Found(TName& names) const {
     if (text_ == "parameters") return Parameters(names);
     if (text_ == "keys") return Keys(names);
+    if (text_ == "reason") return Text(names.GetErrorReason());
     return text_ == "context" ? Context(names, ticket_.get()) : Resolved(names, text_);
   }
 

@@ -1,15 +1,16 @@
 // VexoNameUtils: names of the container that the input lies in.
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
 #include "Reading.h"
 #include "Services/CW_TProxy.h"
 
-using systemnames::Attempt;
+using systemnames::Ask;
+using systemnames::AttemptIfDefined;
 using systemnames::Entry;
 using systemnames::Held;
-using systemnames::SetIfDefined;
+using systemnames::TextOrEmpty;
 
 void VexoNameUtils::SetContainerLookupHandler(TName& names) const {
   systemnames::InstallAll(names, systemnames::kContainerNames, handlers_->container);
@@ -27,9 +28,10 @@ bool VexoNameUtils::LookupContainerInfo(const NQ_TString& key, NQ_TDict&, TName&
 }
 
 void VexoNameUtils::CalculateContainerVexoNames(const NQ_TDict& container, TName& names) {
-  Attempt([&] { SetIfDefined(names, "containername", systemnames::TextOrEmpty(container, "Name")); });
-  Attempt([&] {
+  AttemptIfDefined(names, "containername",
+                   [&](const NQ_TString& name) { names.SetValue(name, TextOrEmpty(container, "Name")); });
+  AttemptIfDefined(names, "containerurl", [&](const NQ_TString& name) {
     const bool known = container.HasKey("URL");
-    SetIfDefined(names, "containerurl", known ? Entry<NQ_TURL>(container, "URL") : NQ_TURL(NQ_TString("file:///")));
+    names.SetValue(name, known ? Entry<NQ_TURL>(container, "URL") : NQ_TURL(NQ_TString("file:///")));
   });
 }

@@ -1,5 +1,5 @@
 // VexoNameUtils: names of the job's customer.
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -11,11 +11,13 @@ using systemnames::TextOrEmpty;
 
 namespace {
 
-// A job whose customer cannot be told is another matter than a job without a customer.
-NQ_TString CustomerOf(TName& names) {
+// A job whose customer cannot be told is another matter than a job without a customer: nothing is asked for it.
+NQ_TDict FindCustomer(TName& names, J_TProxy* jobs) {
   NQ_TString customer;
-  if (!names.Resolve("<jobcustomer/>", customer)) nq::Throw(NQ_EException("The job's customer cannot be told"));
-  return customer;
+  const bool told = names.Resolve("<jobcustomer/>", customer);
+  if (customer.Empty() || jobs == nullptr) return {};
+  if (!told) nq::Throw(NQ_EException("The job's customer cannot be told"));
+  return systemnames::Ask(names, [&] { return systemnames::AskForCustomer(*jobs, customer); });
 }
 
 }  // namespace
@@ -25,13 +27,8 @@ void VexoNameUtils::SetCustomerLookupHandler(TName& names) const {
 }
 
 bool VexoNameUtils::LookupCustomerInfo(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {
-  return systemnames::ValueOf(key, names, value, [&] {
-    const NQ_TString customer = CustomerOf(names);
-    J_TProxy* const jobs = jobs_;
-    const bool asks = !customer.Empty() && jobs != nullptr;
-    const auto request = [&] { return systemnames::AskForCustomer(*jobs, customer); };
-    CalculateCustomerVexoNames(asks ? Ask(names, request) : NQ_TDict(), names);
-  });
+  return systemnames::ValueOf(key, names, value,
+                              [&] { CalculateCustomerVexoNames(FindCustomer(names, jobs_), names); });
 }
 
 void VexoNameUtils::CalculateCustomerVexoNames(const NQ_TDict& customer, TName& names) {

@@ -2,17 +2,15 @@
 //
 //   /Resources/<server tree>/<list>/<scope>     "A,B": the resources of that list
 //   /Resources/A                                a tree of definition records
-#include "CFS/Server/cfs_tproxy.h"
 #include "Context.h"
+#include "EngineAccess.h"
 #include "NQ_TTime.h"
-#include "ReadPath.h"
-#include "Reading.h"
-#include "TName.h"
 #include "VexoNameUtils.h"
+#include "definitions/ConfigurationServer.h"
 #include "text/Log.h"
 
-using systemnames::Held;
 using systemnames::TContext;
+using systemnames::TEngineAccess;
 using templatenames::Log;
 
 namespace {
@@ -48,8 +46,8 @@ bool VexoNameUtils::DefineVexoNames(TName& names, CFS_TProxy& cfs, const NQ_TStr
   const std::lock_guard guard(cacheLock_);
   try {
     bool defines = true;
-    const NQ_TAny list = systemnames::ReadPath(cfs, listPath, false);
-    std::u16string_view rest = Held<NQ_TString>(list).StringView();
+    const NQ_TAny list = templatenames::ReadPath(cfs, listPath, false);
+    std::u16string_view rest = templatenames::ListIn(list, listPath).StringView();
     for (bool more = true; more;) {
       const std::size_t comma = rest.find(u',');
       more = comma != rest.npos;
@@ -58,6 +56,7 @@ bool VexoNameUtils::DefineVexoNames(TName& names, CFS_TProxy& cfs, const NQ_TStr
     }
     return defines;
   } catch (...) {
+    TEngineAccess::SetErrorReason(names, templatenames::ReasonInHand());
     return false;
   }
 }
@@ -69,7 +68,7 @@ bool VexoNameUtils::DefineResource(TName& names, CFS_TProxy& cfs, const NQ_TStri
   const NQ_TTime begin;
   const NQ_TTree& tree = GetCachedTree(cfs, path, user);
   if (debugLevel_ > 0) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
-  return defines && names.Define(tree, path, user);
+  return defines && TEngineAccess::Define(names, tree, path, user);
 }
 
 void VexoNameUtils::DefineVexoNames(TName& names, const TContext& context) {

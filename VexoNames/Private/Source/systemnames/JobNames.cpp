@@ -1,5 +1,5 @@
 // VexoNameUtils: names of the job.
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NQ_TBoxed.h"
 #include "NameGroups.h"
@@ -7,7 +7,8 @@
 #include "Reading.h"
 #include "Requests.h"
 
-using systemnames::Attempt;
+using systemnames::Ask;
+using systemnames::AttemptIfDefined;
 using systemnames::kJobNames;
 using systemnames::TextOrEmpty;
 
@@ -48,16 +49,13 @@ bool VexoNameUtils::LookupJobInfo(const NQ_TString& key, NQ_TDict&, TName& names
 }
 
 void VexoNameUtils::CalculateJobVexoNames(const NQ_TDict& job, TName& names) {
-  for (const auto& row : kJobNames) {
-    const NQ_TString name(row.name);
-    if (!names.IsDefined(name)) continue;
-    Attempt([&] {
+  for (const auto& row : kJobNames)
+    AttemptIfDefined(names, row.name, [&](const NQ_TString& name) {
       const NQ_TAny* const value = job.ValueOfKey(row.key);
       if (value == nullptr) return SetUnknown(names, name);
       for (const auto set : kSetters)
         if (set(names, name, *value)) return;
     });
-  }
 }
 
 // Asks once: what was found takes the place of what led to it, also when it is nothing.

@@ -1,6 +1,7 @@
 // What the groups of system names share.
 #pragma once
 
+#include "Reading.h"
 #include "TName.h"
 
 namespace systemnames {
@@ -18,6 +19,12 @@ bool ValueOf(const NQ_TString& key, const TName& names, NQ_TAny& value, Fill fil
   }
 }
 
+/// Does it when the name is defined; what it throws is passed over.
+template <class Action>
+void AttemptIfDefined(const TName& names, const NQ_TString& key, Action action) {
+  if (names.IsDefined(key)) Attempt([&] { action(key); });
+}
+
 /// Sets the value of a name that is defined.
 template <class Value>
 void SetIfDefined(TName& names, const NQ_TString& key, const Value& value) {
@@ -32,8 +39,5 @@ void InstallAll(TName& names, const Keys& keys, const TNameLookupHandler& handle
 }
 
 void UndefineCategory(TName& names, const NQ_TString& category);
-
-/// Defines a parameter as a text of that category.
-void DefineParameter(TName& names, const NQ_TString& key, const NQ_TString& category, const NQ_TString& value);
 
 }  // namespace systemnames

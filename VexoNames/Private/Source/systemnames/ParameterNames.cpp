@@ -1,16 +1,15 @@
 // VexoNameUtils: names of the parameters of jobs, products and parts.
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NQ_TArray.h"
 #include "NameGroups.h"
 #include "Reading.h"
 #include "Requests.h"
-#include "engine/AttributeKeys.h"
-#include "engine/NameStore.h"
 
+using systemnames::Ask;
 using systemnames::Attempt;
-using systemnames::DefineParameter;
 using systemnames::Held;
+using systemnames::TEngineAccess;
 using systemnames::TextOrEmpty;
 using systemnames::UndefineCategory;
 
@@ -24,6 +23,15 @@ constexpr TKind kJob = {u"jp.", "jp"};
 constexpr TKind kProduct = {u"pp.", "prodparams"};
 constexpr TKind kPart = {u"ppp.", "prodpparams"};
 
+void DefineText(TName& names, const NQ_TString& key) {
+  names.Define(key, TName::TName_TypeString, TName::TName_LookupValue);
+}
+
+void SetCategoryAndValue(TName& names, const NQ_TString& key, const TKind& kind, const NQ_TString& value) {
+  names.SetCategory(key, kind.category);
+  names.SetValue(key, value);
+}
+
 // A parameter is a row {name, type word, -, value}. Only texts, whose type word begins with "S", are names.
 void DefineJobParameter(TName& names, const NQ_TArray& row) {
   const auto text = [&](unsigned int column) -> const NQ_TString& {
@@ -35,11 +43,13 @@ void DefineJobParameter(TName& names, const NQ_TArray& row) {
   const NQ_TString& value = text(3);
   const NQ_TString encoded = TName::Encode(raw);
   const NQ_TString key = NQ_TString(kJob.prefix) + encoded;
-  DefineParameter(names, key, kJob.category, value);
+  DefineText(names, key);
   names.SetUserInfo(key, raw);
+  SetCategoryAndValue(names, key, kJob, value);
   if (encoded == raw) return;
   const NQ_TString hidden = NQ_TString(kJob.prefix) + raw;  // for templates that were written before names were encoded
-  DefineParameter(names, hidden, kJob.category, value);
+  DefineText(names, hidden);
+  SetCategoryAndValue(names, hidden, kJob, value);
   names.SetVisibility(hidden, "0");
 }
 
@@ -51,7 +61,8 @@ void Redefine(TName& names, const NQ_TDict& parameters, const TKind& kind) {
     if (value == nullptr) continue;
     const NQ_TString full = NQ_TString(kind.prefix) + i.Key();
     const NQ_TString key = full.Replace("%", "%25").Replace(" ", "%20");
-    DefineParameter(names, key, kind.category, *value);
+    DefineText(names, key);
+    SetCategoryAndValue(names, key, kind, *value);
     names.SetUserInfo(key, full);
   }
 }
@@ -60,20 +71,12 @@ void Redefine(TName& names, const NQ_TDict& parameters, const TKind& kind) {
 
 void VexoNameUtils::SetWarnLookupHandler(TName& names) const { names.SetWarnLookupHandler(&handlers_->warn); }
 
-// Walks over the entries themselves: a template may hold any number of tokens that no name is defined for.
-bool VexoNameUtils::HasCategory(const TName& names, const NQ_TString& category) {
-  const std::lock_guard guard(names.lock_);
-  for (NQ_TConstIterator i(names.names_->Names()); !i.IsDone(); i.Next()) {
-    const auto* const found = i.Value().As<templatenames::TEntry>()->Get<NQ_TString>(templatenames::Keys().category);
-    if (found != nullptr && *found == category) return true;
-  }
-  return false;
-}
-
 void VexoNameUtils::WarnLookup(const NQ_TString& key, TName& names) const {
+  if (TEngineAccess::IsPreview(names)) return;
   // Whether a template asks for a parameter of a kind of which there is none yet.
   const auto isMissing = [&](const TKind& kind) {
-    return key.StringView().starts_with(kind.prefix) && !names.IsDefined(key) && !HasCategory(names, kind.category);
+    return key.StringView().starts_with(kind.prefix) && !names.IsDefined(key) &&
+           !TEngineAccess::HasCategory(names, kind.category);
   };
   Attempt([&] {
     if (isMissing(kJob)) RedefineJobParameterVexoNames(names, FindJID(names));

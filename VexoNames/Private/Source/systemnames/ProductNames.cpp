@@ -1,7 +1,5 @@
 // VexoNameUtils: names of the product that the task works on.
-#include <optional>
-
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
@@ -10,6 +8,7 @@
 #include "Reading.h"
 #include "Requests.h"
 
+using systemnames::Ask;
 using systemnames::Attempt;
 using systemnames::kProductNames;
 
@@ -32,18 +31,19 @@ void SetDataZone(TName& names, const NQ_TDict& part) {
   SetOrRemove(names, "vxtpr:productpartdatazone", url == nullptr ? nullptr : &folder);
 }
 
-// The amount of the first use for that job that has one.
+// The amount of the first use for that job that has one that the name takes.
 void SetAmount(TName& names, const NQ_TDict& part, const NQ_TString& jobId) {
+  const NQ_TString name("vxtpr:productamount");
+  if (!names.IsDefined(name)) return;
   const auto* const uses = part.Get<NQ_TArray>("p.productusage");
-  std::optional<NQ_TString> found;
-  for (unsigned int i = 0; !found.has_value() && uses != nullptr && i < uses->Count(); ++i) {
+  for (unsigned int i = 0; uses != nullptr && i < uses->Count(); ++i) {
     const auto* const use = uses->At(i)->As<NQ_TDict>();
     const auto* const job = use == nullptr ? nullptr : use->Get<NQ_TString>("jid");
-    if (job == nullptr || !(*job == jobId)) continue;
-    if (const auto* const amount = use->Get<NQ_TInt32>("amount"); amount != nullptr)
-      found = NQ_TString::Format("%d", amount->Value());
+    const auto* const amount = use == nullptr ? nullptr : use->Get<NQ_TInt32>("amount");
+    if (job == nullptr || amount == nullptr || !(*job == jobId)) continue;
+    if (Attempt([&] { names.SetValue(name, NQ_TString::Format("%d", amount->Value())); })) return;
   }
-  SetOrRemove(names, "vxtpr:productamount", found.has_value() ? &*found : nullptr);
+  names.RemValue(name);
 }
 
 void CalculateProductNames(TName& names, const NQ_TDict& part, const NQ_TString& jobId) {

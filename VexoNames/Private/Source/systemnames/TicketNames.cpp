@@ -1,5 +1,5 @@
 // VexoNameUtils: names of the task's ticket and its owner.
-#include "Asking.h"
+#include "EngineAccess.h"
 #include "Handlers.h"
 #include "NameGroups.h"
 #include "NameTables.h"
@@ -7,10 +7,10 @@
 #include "Services/A_TProxy.h"
 #include "Ticket/AT_TTicket.h"
 
-using systemnames::Attempt;
+using systemnames::Ask;
+using systemnames::AttemptIfDefined;
 using systemnames::Entry;
 using systemnames::Held;
-using systemnames::SetIfDefined;
 
 namespace {
 
@@ -58,9 +58,12 @@ bool VexoNameUtils::LookupTicket(const NQ_TString& key, NQ_TDict&, TName& names,
 void VexoNameUtils::CalculateTicketVexoNames(const AT_TTicket& ticket, TName& names) {
   for (const auto& row : kTexts)
     if (const NQ_TString name(row.name); names.IsDefined(name)) names.SetValue(name, (ticket.*row.get)());
-  Attempt([&] { SetIfDefined(names, "ticketname", TicketName(ticket)); });
-  Attempt([&] { SetIfDefined(names, "fileurl", Entry<NQ_TURL>(ticket.GetSettings(), "Inputfolder")); });
-  Attempt([&] { SetIfDefined(names, "operator", ticket.GetOperator().userName); });
+  AttemptIfDefined(names, "ticketname", [&](const NQ_TString& name) { names.SetValue(name, TicketName(ticket)); });
+  AttemptIfDefined(names, "fileurl", [&](const NQ_TString& name) {
+    names.SetValue(name, Entry<NQ_TURL>(ticket.GetSettings(), "Inputfolder"));
+  });
+  AttemptIfDefined(names, "operator",
+                   [&](const NQ_TString& name) { names.SetValue(name, ticket.GetOperator().userName); });
 }
 
 bool VexoNameUtils::LookupTaskOwner(const NQ_TString& key, NQ_TDict&, TName& names, NQ_TAny& value) {

@@ -1,11 +1,14 @@
 // VexoNameUtils: definitions once read.
-#include "CFS/Server/cfs_tproxy.h"
-#include "ReadPath.h"
-#include "Reading.h"
 #include "VexoNameUtils.h"
+#include "definitions/ConfigurationServer.h"
 
-using systemnames::Held;
-using systemnames::ReadPath;
+namespace {
+
+NQ_TTree ReadTree(CFS_TProxy& cfs, const NQ_TString& path) {
+  return templatenames::RecordsIn(templatenames::ReadPath(cfs, path, true), path);
+}
+
+}  // namespace
 
 std::uint64_t VexoNameUtils::ClearCache() {
   const std::lock_guard guard(cacheLock_);
@@ -20,7 +23,7 @@ const NQ_TTree& VexoNameUtils::GetCachedTree(CFS_TProxy& cfs, const NQ_TString& 
   constexpr std::int64_t kNanosecondsPerMillisecond = 1'000'000;
   if (!timed) {
     if (const auto kept = trees_.find(path); kept != trees_.end()) return kept->second;
-    return trees_.emplace(path, Held<NQ_TTree>(ReadPath(cfs, path, true))).first->second;
+    return trees_.emplace(path, ReadTree(cfs, path)).first->second;
   }
   const int policy = cachingPolicy_;
   if (const auto kept = timedTrees_.find(path); policy >= 0 && kept != timedTrees_.end()) {
@@ -28,6 +31,6 @@ const NQ_TTree& VexoNameUtils::GetCachedTree(CFS_TProxy& cfs, const NQ_TString& 
       return kept->second.second;
     timedTrees_.erase(kept);
   }
-  const NQ_TAny tree = ReadPath(cfs, path, true);
-  return timedTrees_.insert_or_assign(path, std::pair(clock_(), Held<NQ_TTree>(tree))).first->second.second;
+  NQ_TTree tree = ReadTree(cfs, path);
+  return timedTrees_.insert_or_assign(path, std::pair(clock_(), std::move(tree))).first->second.second;
 }

@@ -6,37 +6,30 @@
 #include <set>
 #include <vector>
 
-#include "CFS/Server/cfs_tproxy.h"
 #include "NQ_TArray.h"
-#include "NQ_TBoxed.h"
 #include "TName.h"
+#include "definitions/ConfigurationServer.h"
+#include "definitions/Definitions.h"
+#include "definitions/Held.h"
 #include "engine/AttributeKeys.h"
-#include "engine/NameStore.h"
+#include "engine/StringAttributes.h"
 #include "text/Log.h"
 
+using templatenames::DefineRecord;
+using templatenames::DefineTree;
+using templatenames::Held;
 using templatenames::Keys;
+using templatenames::ListIn;
 using templatenames::Log;
+using templatenames::NoteOutcome;
+using templatenames::RecordsIn;
+using templatenames::TEngine;
 
 namespace {
 
-const NQ_TString& ReadMethod() {
-  static const NQ_TString method("[]");
-  return method;
-}
-
 NQ_TString InResources(const NQ_TString& path) { return NQ_TString("/Resources/") + path; }
 
-/// What is at the path: kept by the proxy, else asked for.
-NQ_TAny ValueAt(CFS_TProxy& cfs, const NQ_TString& path) {
-  const NQ_TAny& kept = cfs.GetCached(path, false);
-  return kept.IsIllegal() ? cfs.Call(ReadMethod(), path, false) : kept;
-}
-
-template <class T>
-const T& Held(const NQ_TAny& value, const NQ_TString& path) {
-  if (const auto* held = value.As<T>()) return *held;
-  nq::Throw(NQ_EIllegalCastFromAny(path + " holds no " + T::NQ_ClassName(), value));
-}
+NQ_TAny Read(CFS_TProxy& cfs, const NQ_TString& path) { return templatenames::ReadPath(cfs, path, false); }
 
 /// The resources of a list. An empty piece, such as after a comma at the end, names none.
 std::vector<NQ_TString> ResourcesIn(const NQ_TString& list) {
@@ -50,99 +43,109 @@ std::vector<NQ_TString> ResourcesIn(const NQ_TString& list) {
   return resources;
 }
 
-}  // namespace
-
-bool TName::Define(const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
-                   const NQ_TString& name, bool userDefined) {
+/// What the action gives; false for anything that it throws, with the reason.
+template <class Action>
+bool DefineOrTell(TEngine& engine, Action action) {
   try {
-    const char* const host = std::getenv("NQ_SERVER");
-    CFS_TProxy cfs;
-    cfs.SetConnectionAddress(host == nullptr ? "" : host, "CFS", 0, TLocationMode_Default);
-    return Define(cfs, serverTree, nameSet, scope, name, userDefined);
+    return action();
   } catch (...) {
-    return false;
+    return NoteOutcome(engine, {TName::TName_ErrorNone, templatenames::ReasonInHand()});
   }
 }
 
-bool TName::Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
-                   const NQ_TString& name, bool userDefined) {
-  try {
-    const NQ_TString set = InResources(serverTree + "/" + nameSet);
-    return scope == u"*" ? DefineSet(cfs, set, userDefined) : DefineScope(cfs, set + "/" + scope, name, userDefined);
-  } catch (...) {
-    return false;
-  }
-}
-
-bool TName::DefineScope(CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined) {
-  const NQ_TAny list = ValueAt(cfs, scope);
+bool DefineScope(TEngine& engine, CFS_TProxy& cfs, const NQ_TString& scope, const NQ_TString& name, bool userDefined) {
+  const NQ_TAny list = Read(cfs, scope);
   bool ok = true;
-  for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(list, scope))) {
-    if (Logs(2)) Log(2, "TName::Define: Template resource = ", resource);
+  for (const NQ_TString& resource : ResourcesIn(ListIn(list, scope))) {
+    if (engine.Logs(2)) Log(2, "TName::Define: Template resource = ", resource);
     const NQ_TString path = InResources(resource);
     if (name == u"*") {
       const NQ_TTime begin;
-      const NQ_TAny tree = ValueAt(cfs, path);
-      if (Logs(1)) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
-      ok = ok && Define(Held<NQ_TTree>(tree, path), path, userDefined);
+      const NQ_TAny tree = Read(cfs, path);
+      if (engine.Logs(1)) Log(1, "CFS Get of ", path, " took ", NQ_TTime() - begin);
+      ok = ok && DefineTree(engine, RecordsIn(tree, path), path, userDefined);
     } else {
       const NQ_TString place = path + "/" + name;
-      const NQ_TAny record = ValueAt(cfs, place);
-      ok = Define(name, Held<NQ_TTree>(record, place), userDefined);
+      const NQ_TAny record = Read(cfs, place);
+      ok = NoteOutcome(engine, DefineRecord(engine, name, Held<NQ_TTree>(record, place, "a record"), userDefined), path);
     }
   }
   return ok;
 }
 
 // All scopes of a name set: their resources are read at once, each of them once.
-bool TName::DefineSet(CFS_TProxy& cfs, const NQ_TString& set, bool userDefined) {
-  const NQ_TAny listing = ValueAt(cfs, set);
+bool DefineSet(TEngine& engine, CFS_TProxy& cfs, const NQ_TString& set, bool userDefined) {
+  const NQ_TAny listing = Read(cfs, set);
   std::set<NQ_TString> paths;
-  for (NQ_TConstIterator i(Held<NQ_TTree>(listing, set)); !i.IsDone(); i.Next()) {
-    if (Logs(2)) Log(2, "TName::Define: Template resource name = ", i.Key());
-    for (const NQ_TString& resource : ResourcesIn(Held<NQ_TString>(i.Value(), set))) {
-      if (Logs(2)) Log(2, "TName::Define: Template resource =      ", resource);
+  for (NQ_TConstIterator i(Held<NQ_TTree>(listing, set, "a tree of lists")); !i.IsDone(); i.Next()) {
+    if (engine.Logs(2)) Log(2, "TName::Define: Template resource name = ", i.Key());
+    for (const NQ_TString& resource : ResourcesIn(ListIn(i.Value(), set + "/" + i.Key()))) {
+      if (engine.Logs(2)) Log(2, "TName::Define: Template resource =      ", resource);
       paths.insert(InResources(resource));
     }
   }
   NQ_TArray asked;
   for (const NQ_TString& path : paths) asked.Add(path);
-  const NQ_TAny reply = cfs.Call(ReadMethod(), asked, false);
+  const NQ_TAny reply = templatenames::ReadPaths(cfs, asked, set);
   const auto* const trees = reply.As<NQ_TDict>();
   if (trees == nullptr) return true;
   std::set<NQ_TString> replied;  // in an order that does not depend on the server
   for (NQ_TConstIterator i(*trees); !i.IsDone(); i.Next()) replied.insert(i.Key());
   bool ok = true;
-  for (const NQ_TString& path : replied) ok = ok && Define(Held<NQ_TTree>(trees->At(path), path), path, userDefined);
+  for (const NQ_TString& path : replied) ok = ok && DefineTree(engine, RecordsIn(trees->At(path), path), path, userDefined);
   return ok;
+}
+
+}  // namespace
+
+bool TName::Define(const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
+                   const NQ_TString& name, bool userDefined) {
+  return DefineOrTell(*engine_, [&] {
+    const char* const host = std::getenv("NQ_SERVER");
+    CFS_TProxy cfs;
+    cfs.SetConnectionAddress(host == nullptr ? "" : host, "CFS", 0, TLocationMode_Default);
+    return Define(cfs, serverTree, nameSet, scope, name, userDefined);
+  });
+}
+
+bool TName::Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TString& nameSet, const NQ_TString& scope,
+                   const NQ_TString& name, bool userDefined) {
+  return DefineOrTell(*engine_, [&] {
+    const NQ_TString set = InResources(serverTree + "/" + nameSet);
+    return scope == u"*" ? DefineSet(*engine_, cfs, set, userDefined) : DefineScope(*engine_, cfs, set + "/" + scope, name, userDefined);
+  });
 }
 
 // ---- localization files
 
-void TName::SetDefaultLocalizationFile(const NQ_TString& file) {
-  if (Logs(2)) Log(2, "TName::SetDefaultLocalizationFile: FileName = \"", file, '"');
-  const std::lock_guard guard(lock_);
-  defaultLocalizationFile_ = file;
+namespace templatenames {
+
+void SetDefaultLocalizationFile(TEngine& engine, const NQ_TString& file) {
+  if (engine.Logs(2)) Log(2, "TName::SetDefaultLocalizationFile: FileName = \"", file, '"');
+  const std::lock_guard guard(engine.lock);
+  engine.defaultLocalizationFile = file;
 }
+
+void SetLocalizationFile(TEngine& engine, const NQ_TString& key, const NQ_TString& file) {
+  SetStringAttribute(engine, "SetLocalizationFile", "FileName", key, Keys().localizationFile, file);
+}
+
+}  // namespace templatenames
 
 NQ_TString TName::GetDefaultLocalizationFile() const {
-  const std::lock_guard guard(lock_);
-  return defaultLocalizationFile_;
-}
-
-void TName::SetLocalizationFile(const NQ_TString& key, const NQ_TString& file) {
-  SetStringAttribute("SetLocalizationFile", "FileName", key, Keys().localizationFile, file);
+  const std::lock_guard guard(engine_->lock);
+  return engine_->defaultLocalizationFile;
 }
 
 const NQ_TString& TName::GetLocalizationFile(const NQ_TString& key) const {
-  return GetStringAttribute(key, Keys().localizationFile);
+  return templatenames::GetStringAttribute(*engine_, key, Keys().localizationFile);
 }
 
 NQ_TList TName::GetLocalizationFiles() const {
-  if (Logs(2)) Log(2, "TName::GetLocalizationFiles: method called");
-  const std::lock_guard guard(lock_);
+  if (engine_->Logs(2)) Log(2, "TName::GetLocalizationFiles: method called");
+  const std::lock_guard guard(engine_->lock);
   NQ_TDict files;
-  for (NQ_TConstIterator i(names_->Names()); !i.IsDone(); i.Next()) {
+  for (NQ_TConstIterator i(engine_->store.Names()); !i.IsDone(); i.Next()) {
     const NQ_TString& file = GetLocalizationFile(i.Key());
     if (!file.Empty()) files.Add(file, NQ_TAny());
   }

@@ -7,15 +7,18 @@
 // as it got, and standard error says so.
 #include <sstream>
 
-#include "NQ_EException.h"
-#include "NQ_TBoxed.h"
 #include "TName.h"
+#include "definitions/ConfigurationServer.h"
+#include "definitions/Definitions.h"
+#include "definitions/Held.h"
 #include "engine/AttributeKeys.h"
 #include "text/Log.h"
 
 using templatenames::Keys;
 using templatenames::Log;
+using templatenames::Quoted;
 using templatenames::TAttributeKeys;
+using templatenames::TDefinitionOutcome;
 
 namespace {
 
@@ -25,8 +28,7 @@ using TKey = const NQ_TString TAttributeKeys::*;
 template <class T>
 const T& Checked(TKey key, const NQ_TAny& value) {
   if (const auto* held = value.As<T>()) return *held;
-  const NQ_TString expected = NQ_TString("\"") + Keys().*key + "\" holds no " + T::NQ_ClassName();
-  nq::Throw(NQ_EIllegalCastFromAny(expected, value));
+  return templatenames::Held<T>(value, Quoted(Keys().*key));
 }
 
 /// The same; null when the record has no such key.
@@ -137,42 +139,70 @@ void Report(const NQ_TString& name, const NQ_EException& error) {
   templatenames::WriteError(0, text.str());
 }
 
+// ---- failures
+
+TDefinitionOutcome AlreadyDefined(const NQ_TString& name) {
+  return {TName::TName_ErrorAlreadyDefined,
+          NQ_TString("there is a name ") + Quoted(name) + " already; it stays as it is, unless it is undefined first"};
+}
+
+/// A record without a type (null), or with a word that is none.
+TDefinitionOutcome WithoutType(const NQ_TString& name, const NQ_TString* word) {
+  NQ_TString reason = NQ_TString("the record of ") + Quoted(name) + " has ";
+  reason = reason + (word == nullptr ? NQ_TString("no \"Type\"") : NQ_TString("an unknown \"Type\", ") + Quoted(*word));
+  reason = reason + "; the types are";
+  for (const TTypeRow& row : kTypes) reason = reason + (&row == kTypes ? " " : ", ") + row.word;
+  return {word == nullptr ? TName::TName_ErrorNoType : TName::TName_ErrorUnknownType, reason};
+}
+
+TDefinitionOutcome Unusable(const NQ_TString& name, const NQ_EException& error) {
+  Report(name, error);
+  return {TName::TName_ErrorNone,
+          NQ_TString("the record of ") + Quoted(name) + " cannot be used: " + templatenames::ReasonInHand()};
+}
+
 }  // namespace
 
 bool TName::Define(const NQ_TString& name, const NQ_TTree& definition, bool userDefined) {
-  return DefineRecord(name, definition, userDefined) == TRecordResult::Defined;
+  return NoteOutcome(*engine_, templatenames::DefineRecord(*engine_, name, definition, userDefined));
 }
 
-TName::TRecordResult TName::DefineRecord(const NQ_TString& name, const NQ_TTree& definition, bool userDefined) {
-  const std::lock_guard guard(lock_);
-  if (IsDefined(name)) return SetError(TName_ErrorAlreadyDefined), TRecordResult::Duplicate;
+NQ_TString TName::GetErrorReason() const {
+  const std::lock_guard guard(engine_->lock);
+  return engine_->errorReason;
+}
+
+namespace templatenames {
+
+TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const NQ_TTree& definition,
+                                bool userDefined) {
+  const std::lock_guard guard(engine.lock);
+  TName& names = engine.names;
+  if (names.IsDefined(name)) return AlreadyDefined(name);
   try {
     const auto* const word = Found<NQ_TString>(definition, &TAttributeKeys::type);
     const TTypeRow* const type = word == nullptr ? nullptr : FindType(*word);
-    if (type == nullptr) {
-      SetError(word == nullptr ? TName_ErrorNoType : TName_ErrorUnknownType);
-      return TRecordResult::Failed;
-    }
-    if (!Define(name, type->type, TName_LookupValue)) nq::Throw(NQ_EException("The name cannot be defined", name));
+    if (type == nullptr) return WithoutType(name, word);
+    if (!names.Define(name, type->type, TName::TName_LookupValue)) nq::Throw(NQ_EException("the name cannot be defined", name));
     if (const NQ_TAny* const value = definition.ValueOfKey(Keys().*type->valueKey))
-      type->setValue(*this, name, type->valueKey, *value);
+      type->setValue(names, name, type->valueKey, *value);
     const auto* const format = type->readsFormat ? Found<NQ_TString>(definition, &TAttributeKeys::format) : nullptr;
-    if (format != nullptr) SetFormat(name, *format);
-    SetCategory(name, FoundOr<NQ_TString>(definition, &TAttributeKeys::category, "misc"));
+    if (format != nullptr) names.SetFormat(name, *format);
+    names.SetCategory(name, FoundOr<NQ_TString>(definition, &TAttributeKeys::category, "misc"));
     for (const auto& [key, set] : kAttributes) {
-      if (const NQ_TAny* const value = definition.ValueOfKey(Keys().*key)) set(*this, name, key, *value);
+      if (const NQ_TAny* const value = definition.ValueOfKey(Keys().*key)) set(names, name, key, *value);
     }
-    SetLocalizationFile(name, FoundOr(definition, &TAttributeKeys::localizationFile, defaultLocalizationFile_));
-    SetUserDefined(name, userDefined);
-    SetQuery(*this, name, definition);
-    return TRecordResult::Defined;
+    SetLocalizationFile(engine, name,
+                        FoundOr(definition, &TAttributeKeys::localizationFile, engine.defaultLocalizationFile));
+    names.SetUserDefined(name, userDefined);
+    SetQuery(names, name, definition);
+    return {};
   } catch (const NQ_EException& error) {
-    Report(name, error);
-    return TRecordResult::Failed;
+    return Unusable(name, error);
   }
 }
 
-bool TName::Define(const NQ_TTree& definitions, const NQ_TString& source, bool userDefined) {
+bool DefineTree(TEngine& engine, const NQ_TTree& definitions, const NQ_TString& source, bool userDefined) {
   bool ok = true;
   int count = 0;
   for (NQ_TConstIterator i(definitions); ok && !i.IsDone(); i.Next()) {
@@ -182,11 +212,24 @@ bool TName::Define(const NQ_TTree& definitions, const NQ_TString& source, bool u
       Log(0, "Invalid VexoName definition found in CFS: ", source, '/', name, "\n\t", i.Value());
       continue;
     }
-    const TRecordResult result = DefineRecord(name, *record, userDefined);
-    if (result == TRecordResult::Duplicate) Log(0, "Duplicate VexoName found: ", source, '/', name, '\n', *record);
-    ok = result != TRecordResult::Failed;
+    const TDefinitionOutcome outcome = DefineRecord(engine, name, *record, userDefined);
+    NoteOutcome(engine, outcome, source);
+    const bool duplicate = outcome.code == TName::TName_ErrorAlreadyDefined;
+    if (duplicate) Log(0, "Duplicate VexoName found: ", source, '/', name, '\n', *record);
+    ok = outcome.Defined() || duplicate;
     if (ok) ++count;
   }
-  if (Logs(1)) Log(1, "Defined ", count, " VexoNames from ", source);
+  if (engine.Logs(1)) Log(1, "Defined ", count, " VexoNames from ", source);
   return ok;
 }
+
+// The error code and the reason change together. A failure that no code stands for leaves the code as it was.
+bool NoteOutcome(TEngine& engine, const TDefinitionOutcome& outcome, const NQ_TString& source) {
+  if (outcome.Defined()) return true;
+  const std::lock_guard guard(engine.lock);
+  if (outcome.code != TName::TName_ErrorNone) engine.error = outcome.code;
+  engine.errorReason = source.Empty() ? outcome.reason : source + ": " + outcome.reason;
+  return false;
+}
+
+}  // namespace templatenames

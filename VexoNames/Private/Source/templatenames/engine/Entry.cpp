@@ -31,9 +31,18 @@ bool TEntry::ValueIsPlain(const NQ_TString& value) {
   return true;
 }
 
+const TRecipe& TEntry::CompileRecipe() {
+  ascii_ = nullptr;
+  recipeVersion_ = 0;  // not while it is being compiled
+  bool steady = false;
+  recipe_ = Compile(*this, steady);
+  recipeVersion_ = steady ? ContentVersion() : 0;
+  return recipe_;
+}
+
 const char* TEntry::FindAscii() {
-  const std::string_view narrow = plan_.text->Narrow();             // kept with the text
-  if (narrow.size() == plan_.units.size()) ascii_ = narrow.data();  // every other unit takes more than one byte
+  const std::string_view narrow = recipe_.text->Narrow();             // kept with the text
+  if (narrow.size() == recipe_.units.size()) ascii_ = narrow.data();  // every other unit takes more than one byte
   return ascii_;
 }
 

@@ -40,8 +40,7 @@ void TNameStore::KeepIfPinned(NQ_TAny& held) {
   if (EntryIn(held)->pins_ > 0) removed_.push_back(std::move(held));
 }
 
-void TNameStore::Unpin(TEntry& entry) noexcept {
-  if (--entry.pins_ > 0 || removed_.empty()) return;
+void TNameStore::DropUnpinned() noexcept {
   const auto unpinned =
       std::partition(removed_.begin(), removed_.end(), [](const NQ_TAny& held) { return EntryIn(held)->pins_ > 0; });
   // Destroyed last: what a caller stored in an entry may call back.

@@ -22,6 +22,7 @@ struct TToken {
   std::uint64_t entryVersion = 0;
   enum class TShape : std::uint8_t { Bare, Regex, Other };  // which attributes there are: none, only that one, others
   TShape shape = TShape::Other;
+  bool cleanSyntax = false;
   std::u16string_view text;
   TTokenText parts;
   std::uint64_t keyHash;
@@ -42,6 +43,10 @@ struct TToken {
     if (found.Bytes() <= kMaxRegexBytes) regex = FindRegex(NQ_TString(parts.regex));
     return found;
   }
+
+  /// Whether nothing about the token as written is odd, as far as somebody has looked.
+  bool HasCleanSyntax() const { return cleanSyntax; }
+  void SetCleanSyntax() { cleanSyntax = true; }
 
   static constexpr std::size_t kMaxRegexBytes = 8192;  // kept tokens are many
   std::shared_ptr<const TRegex> regex;

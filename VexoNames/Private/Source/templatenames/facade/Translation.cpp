@@ -1,5 +1,6 @@
 // TName: templates in another form. The registry is only asked whether names are defined.
 #include "TName.h"
+#include "engine/Engine.h"
 #include "text/Find.h"
 #include "text/Log.h"
 #include "text/Scan.h"
@@ -15,6 +16,22 @@ using templatenames::TScanner;
 namespace {
 
 constexpr const char* kSyntaxError = "TE: Template name syntax error: no begin token found in ";
+
+bool TranslateTokenEx(const TName& names, const NQ_TString& tokenText, const TNameTranslator& translator,
+                      NQ_TString& out) {
+  out = NQ_TString();
+  if (tokenText.Empty()) return true;
+  const auto parts = templatenames::SplitTokenText(tokenText.StringView());
+  const NQ_TString key(parts.key);
+  if (names.Engine().Logs(2)) {
+    Log(2, "TName::TranslateTokenEx: \tKey: \"", key, "\"; Format: \"", NQ_TString(parts.format), "\"; Elem: \"",
+        NQ_TString(parts.elem), "\"; Extract: \"", NQ_TString(parts.extract), "\" RegEx: \"", NQ_TString(parts.regex),
+        '"');
+  }
+  if (!names.IsDefined(key)) return false;
+  translator.TranslateName(key, out);
+  return true;
+}
 
 }  // namespace
 
@@ -35,7 +52,7 @@ NQ_TString TName::Encode(const NQ_TString& text) {
 void TName::Translate(const NQ_TString& text, const TNameTranslator& translator, NQ_TString& result) const {
   const NQ_TString source = text;  // result may be the same string
   result = NQ_TString();
-  if (Logs(1)) Log(1, "TName::Translate: \"", source, '"');
+  if (engine_->Logs(1)) Log(1, "TName::Translate: \"", source, '"');
   if (IsMarked(source)) {
     result = RemoveMarker(source);
     return;
@@ -46,53 +63,38 @@ void TName::Translate(const NQ_TString& text, const TNameTranslator& translator,
   TScanner scanner(units, templatenames::ChooseMarkers(units));
   NQ_TString translated;
   for (TScannedToken token; scanner.Next(token);) {
-    const auto tokenText = units.substr(token.textBegin, token.textEnd - token.textBegin);
-    if (TranslateTokenEx(NQ_TString(tokenText), translator, translated)) {
+    const auto tokenText = token.TextIn(units);
+    if (TranslateTokenEx(*this, NQ_TString(tokenText), translator, translated)) {
       result.Append(units.substr(token.literal, token.begin - token.literal));
       result.Append(prefix).Append(translated).Append(suffix);
     } else {
       result.Append(units.substr(token.literal, token.end - token.literal));
     }
   }
-  if (scanner.SyntaxError() && Logs(1)) Log(1, kSyntaxError, source);
+  if (scanner.SyntaxError() && engine_->Logs(1)) Log(1, kSyntaxError, source);
   result.Append(units.substr(scanner.Done()));
-  if (Logs(1)) Log(1, "TName::Translate: \"", source, "\" = \"", result, '"');
-}
-
-bool TName::TranslateTokenEx(const NQ_TString& tokenText, const TNameTranslator& translator, NQ_TString& out) const {
-  out = NQ_TString();
-  if (tokenText.Empty()) return true;
-  const auto parts = templatenames::SplitTokenText(tokenText.StringView());
-  const NQ_TString key(parts.key);
-  if (Logs(2)) {
-    Log(2, "TName::TranslateTokenEx: \tKey: \"", key, "\"; Format: \"", NQ_TString(parts.format), "\"; Elem: \"",
-        NQ_TString(parts.elem), "\"; Extract: \"", NQ_TString(parts.extract), "\" RegEx: \"", NQ_TString(parts.regex),
-        '"');
-  }
-  if (!IsDefined(key)) return false;
-  translator.TranslateName(key, out);
-  return true;
+  if (engine_->Logs(1)) Log(1, "TName::Translate: \"", source, "\" = \"", result, '"');
 }
 
 void TName::BackTranslate(const NQ_TString& text, const TNameTranslator& translator, NQ_TString& result) const {
   const NQ_TString source = text;  // result may be the same string
   result = NQ_TString();
-  if (Logs(1)) Log(1, "TName::BackTranslate: \"", source, '"');
+  if (engine_->Logs(1)) Log(1, "TName::BackTranslate: \"", source, '"');
   const NQ_TString suffix = translator.GetSuffix();
   const NQ_TString prefix = translator.GetPrefix();
   const std::u16string_view units = source.StringView();
   TScanner scanner(units, {prefix.StringView(), suffix.StringView()});
   for (TScannedToken token; scanner.Next(token);) {
     NQ_TString name;
-    translator.TranslateName(NQ_TString(units.substr(token.textBegin, token.textEnd - token.textBegin)), name);
+    translator.TranslateName(NQ_TString(token.TextIn(units)), name);
     result.Append(units.substr(token.literal, token.begin - token.literal));
     result.Append(kDoubleMarkers.begin).Append(name).Append(kDoubleMarkers.end);
   }
-  if (scanner.SyntaxError() && Logs(1)) Log(1, kSyntaxError, source);
+  if (scanner.SyntaxError() && engine_->Logs(1)) Log(1, kSyntaxError, source);
   result.Append(units.substr(scanner.Done()));
   // Unmarked, what stands between a "<" and a "/>" of the text would be read as a token.
   const std::size_t end = units.find(templatenames::kSingleMarkers.end);
   const bool hasDoubleEnd = units.find(kDoubleMarkers.end) != kNone;
   if (scanner.Done() == 0 && !hasDoubleEnd && end != kNone && end > 0) result = NQ_TString(kLiteralMarker) + result;
-  if (Logs(1)) Log(1, "TName::BackTranslate: \"", source, "\" = \"", result, '"');
+  if (engine_->Logs(1)) Log(1, "TName::BackTranslate: \"", source, "\" = \"", result, '"');
 }

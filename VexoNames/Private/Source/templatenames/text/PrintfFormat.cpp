@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdio>
 #include <string>
+#include <type_traits>
 
 #include "NQ_Utf.h"
 #include "text/Find.h"
@@ -13,14 +14,9 @@ namespace templatenames {
 namespace {
 
 // In the order of the bits of the flags.
-constexpr std::u16string_view kFlagLetters = u"-+ #0";
+constexpr std::u16string_view kFlagLetters = u"-+ #0'";
+constexpr std::u16string_view kTextFlagLetters = kFlagLetters.substr(0, 5);
 constexpr std::u16string_view kIntegerConversions = u"diuxXoc";
-
-constexpr const char* kUnfinished = "the format ends within a conversion";
-constexpr const char* kSecond = "the format has more than one conversion";
-constexpr const char* kOtherKind = "the format has a conversion that does not fit the value";
-constexpr const char* kWideField = "a width or precision of the format is over 4096";
-static_assert(TPrintfFormat::kMaxField == 4096, "the text above names the limit");
 
 bool IsSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 
@@ -46,13 +42,14 @@ bool IsAscii(std::u16string_view text) {
 // ---- reading
 
 // format     = { literal | "%%" } [ conversion { literal | "%%" } ]
-// conversion = "%" { "-" | "+" | " " | "#" | "0" } [ number ] [ "." [ number ] ] letter
-std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind, const char** reason) {
+// conversion = "%" { "-" | "+" | " " | "#" | "0" | "'" } [ number ] [ "." [ number ] ] [ length ] letter
+// length     = "h" | "hh" | "l" | "ll" | "j" | "z" | "t"
+std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TKind kind, TRefusal* refusal) {
   TPrintfFormat parsed;
   parsed.plain_ = format == (kind == TKind::Text ? u"%s" : u"%d");
   std::u16string_view rest = format.substr(0, format.find(u'\0'));
-  const char* fault = nullptr;
-  while (!rest.empty() && fault == nullptr) {
+  const std::size_t size = rest.size();
+  while (!rest.empty()) {
     const std::size_t percent = std::min(rest.find(u'%'), rest.size());
     parsed.AppendLiteral(rest.substr(0, percent));
     rest.remove_prefix(percent);
@@ -60,40 +57,67 @@ std::optional<TPrintfFormat> TPrintfFormat::Parse(std::u16string_view format, TK
       parsed.AppendLiteral(u"%");
       rest.remove_prefix(2);
     } else if (!rest.empty()) {
-      fault = parsed.conversion_ != 0 ? kSecond : parsed.ReadConversion(rest, kind);
+      const std::size_t begin = size - rest.size();
+      const bool second = parsed.conversion_ != 0;
+      auto fault = parsed.ReadConversion(rest, kind);
+      if (second) fault = TFault::Second;
+      if (!fault) continue;
+      if (refusal != nullptr) *refusal = {*fault, begin, size - rest.size()};
+      return std::nullopt;
     }
   }
   if (parsed.conversion_ == 0) parsed.before_ = static_cast<std::uint32_t>(parsed.literal_.size());
-  if (fault == nullptr) return parsed;
-  if (reason != nullptr) *reason = fault;
-  return std::nullopt;
+  return parsed;
 }
 
-// Takes the conversion at the front; returns what is wrong with it, or null.
-const char* TPrintfFormat::ReadConversion(std::u16string_view& rest, TKind kind) {
+// Takes the conversion at the front, or what of it can be read; returns what is wrong with it.
+std::optional<TPrintfFormat::TFault> TPrintfFormat::ReadConversion(std::u16string_view& rest, TKind kind) {
+  const std::u16string_view flags = kind == TKind::Text ? kTextFlagLetters : kFlagLetters;
   rest.remove_prefix(1);
   for (; !rest.empty(); rest.remove_prefix(1)) {
-    const std::size_t flag = kFlagLetters.find(rest.front());
+    const std::size_t flag = flags.find(rest.front());
     if (flag == kNone) break;
     flags_ = static_cast<std::uint8_t>(flags_ | 1U << flag);
   }
   const auto width = ReadField(rest);
-  if (!width) return kWideField;
+  if (!width) return TFault::WideField;
   width_ = *width;
   if (rest.starts_with(u'.')) {
     rest.remove_prefix(1);
     const auto precision = ReadField(rest);
-    if (!precision) return kWideField;
+    if (!precision) return TFault::WideField;
     precision_ = *precision;
   }
-  if (rest.empty()) return kUnfinished;
+  const bool plainLength = !ReadLength(rest);
+  if (rest.empty()) return TFault::Unfinished;
   const char16_t letter = rest.front();
-  const bool fits = kind == TKind::Text ? letter == u's' : kIntegerConversions.find(letter) != kNone;
-  if (!fits) return kOtherKind;
+  rest.remove_prefix(1);
+  // With a length, "%s" and "%c" write wide characters.
+  const bool isText = letter == u's' && plainLength;
+  const bool isInteger = kIntegerConversions.find(letter) != kNone && (letter != u'c' || plainLength);
+  if (!(kind == TKind::Text ? isText : isInteger)) return TFault::OtherKind;
   conversion_ = static_cast<char>(letter);
   before_ = static_cast<std::uint32_t>(literal_.size());
-  rest.remove_prefix(1);
-  return nullptr;
+  return std::nullopt;
+}
+
+std::string_view TPrintfFormat::TextOf(TLength length) {
+  constexpr std::string_view kTexts[] = {"", "h", "hh", "l", "ll", "j", "z", "t"};
+  return kTexts[static_cast<std::size_t>(length)];
+}
+
+// Takes the length at the front, the longest one that is there; whether there is one.
+bool TPrintfFormat::ReadLength(std::u16string_view& rest) {
+  for (const TLength length : {TLength::Char, TLength::LongLong, TLength::Short, TLength::Long, TLength::Max,
+                               TLength::Size, TLength::Difference}) {
+    const std::string_view text = TextOf(length);
+    const std::u16string_view front = rest.substr(0, text.size());
+    if (!std::equal(text.begin(), text.end(), front.begin(), front.end())) continue;
+    length_ = length;
+    rest.remove_prefix(text.size());
+    return true;
+  }
+  return false;
 }
 
 void TPrintfFormat::AppendLiteral(std::u16string_view text) {
@@ -146,7 +170,7 @@ void TPrintfFormat::AppendText(std::u16string_view value, NQ_TString& out) const
 
 void TPrintfFormat::AppendInteger(std::int32_t value, NQ_TString& out) const {
   out.Append(Before());
-  if (conversion_ == 'd' || conversion_ == 'i') {
+  if ((conversion_ == 'd' || conversion_ == 'i') && length_ == TLength::None && !Has(kGroups)) {
     AppendDecimal(value, out);
   } else if (conversion_ != 0) {
     AppendByPrintf(value, out);
@@ -175,25 +199,49 @@ void TPrintfFormat::AppendDecimal(std::int32_t value, NQ_TString& out) const {
   if (Has(kLeft)) std::fill_n(at, padding, u' ');
 }
 
+namespace {
+
+// The value as an argument of the type that a length names; printf takes those of unsigned conversions as unsigned.
+template <class T>
+int PrintAs(const char* format, char conversion, std::int32_t value, char* printed, std::size_t size) {
+  const auto argument = static_cast<T>(value);
+  if (conversion == 'd' || conversion == 'i' || conversion == 'c')
+    return std::snprintf(printed, size, format, argument);
+  return std::snprintf(printed, size, format, static_cast<std::make_unsigned_t<T>>(argument));
+}
+
+}  // namespace
+
+// Calls printf with the format that was read; the arguments of h and hh are int, which printf narrows.
+int TPrintfFormat::Print(std::int32_t value, char* printed, std::size_t size) const {
+  std::string format = "%";
+  for (std::size_t flag = 0; flag < kFlagLetters.size(); ++flag)
+    if ((flags_ & 1U << flag) != 0) format += static_cast<char>(kFlagLetters[flag]);
+  if (width_ > 0) format += std::to_string(width_);
+  if (precision_ >= 0) format += '.' + std::to_string(precision_);
+  format += TextOf(length_);
+  format += conversion_;
+  switch (length_) {
+    case TLength::Long:
+      return PrintAs<long>(format.c_str(), conversion_, value, printed, size);
+    case TLength::LongLong:
+      return PrintAs<long long>(format.c_str(), conversion_, value, printed, size);
+    case TLength::Max:
+      return PrintAs<std::intmax_t>(format.c_str(), conversion_, value, printed, size);
+    case TLength::Size:
+      return PrintAs<std::make_signed_t<std::size_t>>(format.c_str(), conversion_, value, printed, size);
+    case TLength::Difference:
+      return PrintAs<std::ptrdiff_t>(format.c_str(), conversion_, value, printed, size);
+    default:
+      return PrintAs<int>(format.c_str(), conversion_, value, printed, size);
+  }
+}
+
 void TPrintfFormat::AppendByPrintf(std::int32_t value, NQ_TString& out) const {
-  char format[32];
-  char* at = format;
-  *at++ = '%';
-  for (std::size_t flag = 0; flag < kFlagLetters.size(); ++flag) {
-    if ((flags_ & 1U << flag) != 0) *at++ = static_cast<char>(kFlagLetters[flag]);
-  }
-  if (width_ > 0) at = std::to_chars(at, std::end(format), width_).ptr;
-  if (precision_ >= 0) {
-    *at++ = '.';
-    at = std::to_chars(at, std::end(format), precision_).ptr;
-  }
-  *at++ = conversion_;
-  *at = '\0';
-  char printed[kMaxField + 8];  // the prefix "0x" is not part of the precision
-  const int length = conversion_ == 'c'
-                         ? std::snprintf(printed, sizeof printed, format, int{value})
-                         : std::snprintf(printed, sizeof printed, format, static_cast<unsigned int>(value));
-  AppendFromUtf8(std::string_view(printed, static_cast<std::size_t>(std::max(length, 0))), out);
+  char printed[kMaxField + 256];  // neither the prefix "0x" nor separators of groups are part of the precision
+  const int length = Print(value, printed, sizeof printed);
+  const auto most = static_cast<int>(sizeof printed - 1);
+  AppendFromUtf8(std::string_view(printed, static_cast<std::size_t>(std::clamp(length, 0, most))), out);
 }
 
 }  // namespace templatenames

@@ -23,7 +23,7 @@ bool TScanner::Next(TScannedToken& token) {
     return false;
   }
   const std::size_t textBegin = begin + markers_.begin.size();
-  token = {done_, begin, textBegin, textBegin < end ? end : textBegin, end + markers_.end.size()};
+  token = {done_, begin, textBegin, end, end + markers_.end.size()};
   done_ = token.end;
   return true;
 }

@@ -42,6 +42,13 @@ struct TScannedToken {
   std::size_t textBegin = 0;  // of the token text
   std::size_t textEnd = 0;    // of the token text
   std::size_t end = 0;        // after the end marker
+
+  /// Whether the markers overlap, so that no text stands between them. Markers of the caller's may; the usual do not.
+  bool Overlaps() const { return textBegin > textEnd; }
+  /// What stands between the markers, in the scanned text.
+  std::u16string_view TextIn(std::u16string_view text) const {
+    return Overlaps() ? std::u16string_view() : text.substr(textBegin, textEnd - textBegin);
+  }
 };
 
 class TScanner {

@@ -67,52 +67,52 @@ bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 }  // namespace
 
-int Atoi(std::u16string_view text) {
+TStageNumber ReadStageNumber(std::u16string_view text) {
+  using TKind = TStageNumber::TKind;
   auto at = std::find_if_not(text.begin(), text.end(), IsSpace);
   const bool negative = at != text.end() && *at == u'-';
   if (at != text.end() && (*at == u'-' || *at == u'+')) ++at;
-  constexpr std::int64_t kPastInt = std::int64_t{1} << 31;
+  if (at == text.end() || !IsDigit(*at)) return {0, TKind::Missing};
+  constexpr std::int64_t kPast = std::int64_t{1} << 32;
   std::int64_t number = 0;
-  for (; at != text.end() && IsDigit(*at); ++at) number = std::min(number * 10 + (*at - u'0'), kPastInt);
-  if (negative) return static_cast<int>(-number);
-  return static_cast<int>(std::min<std::int64_t>(number, std::numeric_limits<int>::max()));
+  for (; at != text.end() && IsDigit(*at); ++at) number = std::min(number * 10 + (*at - u'0'), kPast);
+  if (negative) number = -number;
+  using TLimits = std::numeric_limits<int>;
+  const auto value = static_cast<int>(std::clamp<std::int64_t>(number, TLimits::min(), TLimits::max()));
+  if (value != number) return {value, TKind::OutOfRange};
+  return {value, at == text.end() ? TKind::Whole : TKind::Front};
 }
 
-TStageError ParseElem(std::u16string_view spec, std::u16string_view& separator, int& index) {
+TElemSpec ParseElem(std::u16string_view spec) {
   const std::size_t comma = spec.rfind(u',');
-  if (comma == kNone || comma == 0) return TStageError::ElemSyntax;
-  const int number = Atoi(spec.substr(comma + 1));
-  if (number < 0) return TStageError::ElemIndex;
-  separator = spec.substr(0, comma);
-  index = number;
-  return TStageError::None;
+  if (comma == kNone || comma == 0) return {TStageError::ElemSyntax, {}, {}};
+  const TStageNumber index = ReadStageNumber(spec.substr(comma + 1));
+  return {index.value < 0 ? TStageError::ElemIndex : TStageError::None, index, spec.substr(0, comma)};
 }
 
-std::u16string_view Element(std::u16string_view input, std::u16string_view separator, int index) {
+TElement Element(std::u16string_view input, std::u16string_view separator, int index) {
   TOccurrences occurrences(input, separator);
   std::size_t start = 0;
   for (int count = 0;; ++count) {
     const std::size_t found = occurrences.Next();
-    if (count == index) return input.substr(start, found == kNone ? kNone : found - start);
-    if (found == kNone) return {};
+    if (count == index) return {input.substr(start, found == kNone ? kNone : found - start), true, 0};
+    if (found == kNone) return {{}, false, count + 1};
     start = found + 1;
   }
 }
 
-TStageError ParseExtract(std::u16string_view spec, int& start, int& length) {
+TExtractSpec ParseExtract(std::u16string_view spec) {
   const std::size_t comma = FindUnit(spec, u',', 0);
-  if (comma == kNone || comma == 0) return TStageError::ExtractSyntax;
-  const int number = Atoi(spec.substr(0, comma));
-  if (number < 0) return TStageError::ExtractIndex;
-  start = number;
-  length = Atoi(spec.substr(comma + 1));
-  return TStageError::None;
+  if (comma == kNone || comma == 0) return {TStageError::ExtractSyntax, {}, {}};
+  const TStageNumber start = ReadStageNumber(spec.substr(0, comma));
+  return {start.value < 0 ? TStageError::ExtractIndex : TStageError::None, start,
+          ReadStageNumber(spec.substr(comma + 1))};
 }
 
-std::u16string_view Extract(std::u16string_view input, int start, int length) {
+TExtract Extract(std::u16string_view input, int start, int length) {
   const auto from = static_cast<std::size_t>(start);
-  if (from >= input.size()) return {};
-  return input.substr(from, length < 0 ? kNone : static_cast<std::size_t>(length));
+  if (from >= input.size()) return {{}, true};
+  return {input.substr(from, length < 0 ? kNone : static_cast<std::size_t>(length)), false};
 }
 
 }  // namespace templatenames

@@ -3,21 +3,23 @@
 // Each stage has a specification, "_,1" (the separator, a comma, the index) or "2,3" (the start, a comma, the
 // length), that is read first and then applied:
 //
-//   std::u16string_view separator;
-//   int index = 0;
-//   if (ParseElem(u"_,1", separator, index) == TStageError::None) ...
-//   Element(u"job_0815_cover", separator, index);   // 0815
+//   const TElemSpec spec = ParseElem(u"_,1");
+//   if (spec.error == TStageError::None) ...
+//   Element(u"job_0815_cover", spec.separator, spec.index.value).text;   // 0815
 //
-// Positions count UTF-16 units. Nothing is copied: results lie in the input, separators in what was read.
-// The time taken is linear in the input, whatever the separator and the index. Nothing here fails otherwise
-// than by the returned error; any thread may call.
+// StageFindings.h has sentences for what went wrong, and for what went otherwise than was probably meant.
+//
+// Positions count UTF-16 units. Nothing is copied: results lie in the input, separators in what was read. The time
+// taken is linear in the input, whatever the separator and the index. Nothing here fails otherwise than by the returned
+// error; any thread may call.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace templatenames {
 
-enum class TStageError {
+enum class TStageError : std::uint8_t {
   None,
   ElemSyntax,     // no comma, or nothing before the last one
   ElemIndex,      // the index is negative
@@ -25,26 +27,60 @@ enum class TStageError {
   ExtractSyntax,  // no comma, or nothing before the first one
 };
 
-/// Reads a specification of the element stage; the separator, which may hold commas itself, ends at the last
-/// comma. On failure the outputs are unchanged.
-TStageError ParseElem(std::u16string_view spec, std::u16string_view& separator, int& index);
+/// A number as a specification has it.
+struct TStageNumber {
+  enum class TKind : std::uint8_t {
+    Whole,       // the text is the number, but for white space before it
+    Front,       // more follows the number, and was ignored
+    Missing,     // there is none; it counts as 0
+    OutOfRange,  // too large or too small; the nearest int counts
+  };
 
-/// The piece with that index, counted from 0, of the input cut at every occurrence of the separator, which is
-/// not empty; the empty text when there are fewer pieces. The search for the next occurrence goes on one unit
-/// after the beginning of the one before: of a longer separator, all but the first unit belongs to the piece
-/// that follows it.
-std::u16string_view Element(std::u16string_view input, std::u16string_view separator, int index);
+  int value = 0;
+  TKind kind = TKind::Missing;
+};
 
-/// Reads a specification of the extract stage. A negative length means: to the end. On failure the outputs
-/// are unchanged.
-TStageError ParseExtract(std::u16string_view spec, int& start, int& length);
+/// The number at the front of the text, after white space and a sign, as C's atoi reads it, 0 when there is none. A
+/// number out of range, for which atoi promises nothing, gives the nearest int.
+TStageNumber ReadStageNumber(std::u16string_view text);
 
-/// At most length units from start, which is not negative, on; to the end when length is negative. A start
-/// past the end gives the empty text.
-std::u16string_view Extract(std::u16string_view input, int start, int length);
+/// What the element stage is to do; without meaning when there is an error.
+struct TElemSpec {
+  TStageError error = TStageError::None;
+  TStageNumber index;
+  std::u16string_view separator;
+};
 
-/// The number at the front of the text, after white space and a sign, as C's atoi reads it; 0 when there is
-/// none. A number out of range, for which atoi promises nothing, gives the nearest int.
-int Atoi(std::u16string_view text);
+/// Reads a specification of the element stage; the separator, which may hold commas itself, ends at the last comma.
+TElemSpec ParseElem(std::u16string_view spec);
+
+struct TElement {
+  std::u16string_view text;  // empty when there is no such piece
+  bool exists = false;
+  int pieces = 0;  // how many there are; only known when there is no such piece
+};
+
+/// The piece with that index, counted from 0, of the input cut at every occurrence of the separator, which is not
+/// empty. The search for the next occurrence goes on one unit after the beginning of the one before: of a longer
+/// separator, all but the first unit belongs to the piece that follows it.
+TElement Element(std::u16string_view input, std::u16string_view separator, int index);
+
+/// What the extract stage is to do; without meaning when there is an error. A negative length means: to the end.
+struct TExtractSpec {
+  TStageError error = TStageError::None;
+  TStageNumber start;
+  TStageNumber length;
+};
+
+/// Reads a specification of the extract stage.
+TExtractSpec ParseExtract(std::u16string_view spec);
+
+struct TExtract {
+  std::u16string_view text;
+  bool pastEnd = false;  // the start lies at the end or past it: nothing is left
+};
+
+/// At most length units from start, which is not negative, on; to the end when length is negative.
+TExtract Extract(std::u16string_view input, int start, int length);
 
 }  // namespace templatenames

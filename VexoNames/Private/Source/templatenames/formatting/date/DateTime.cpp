@@ -1,125 +1,85 @@
 #include "formatting/date/DateTime.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <locale>
 #include <sstream>
-#include <string>
 #include <string_view>
 #include <system_error>
 
 #include "NQ_EException.h"
-#include "formatting/OptionPlaces.h"
+#include "formatting/date/DateFindings.h"
+#include "formatting/date/DateOptions.h"
 #include "formatting/date/DateTimePatterns.h"
-#include "text/Log.h"
 
 namespace templatenames {
 namespace {
 
-constexpr int kLevelOfSteps = 6;
-
-struct TDateKeys {
-  enum TKey : std::size_t {
-    kInputDateTimeFormat,
-    kCustomInputDateTimeFormat,
-    kInputTimeZone,
-    kInputLanguage,
-    kDateTimeFormat,
-    kCustomDateTimeFormat,
-    kTimeZone,
-    kLanguage,
-    kCount,
-  };
-
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys = new std::array<NQ_TString, kCount>{
-        NQ_TString(u"InputDateTimeFormat"),
-        NQ_TString(u"CustomInputDateTimeFormat"),
-        NQ_TString(u"InputTimeZone"),
-        NQ_TString(u"InputLanguage"),
-        NQ_TString(u"DateTimeFormat"),
-        NQ_TString(u"CustomDateTimeFormat"),
-        NQ_TString(u"TimeZone"),
-        NQ_TString(u"Language"),
-    };
-    return *keys;
-  }
-};
-
-using TDatePlaces = TOptionPlaces<TDateKeys>;
-
-// What is read, the most complete pattern first. What is written is the first of them.
-const std::array<NQ_TString, 4>& IsoPatterns() {
-  static const auto* const patterns =
-      new std::array<NQ_TString, 4>{NQ_TString(u"yyyy-MM-dd'T'HH:mm:ss.SSXXX"), NQ_TString(u"yyyy-MM-dd'T'HH:mm:ssXXX"),
-                                    NQ_TString(u"yyyy-MM-dd'T'HH:mmXXX"), NQ_TString(u"yyyy-MM-dd")};
-  return *patterns;
+std::string Printed(const NQ_EException& error) {
+  std::ostringstream out;
+  out.imbue(std::locale::classic());
+  out << error;
+  return out.str();
 }
 
-constexpr std::u16string_view kIso = u"ISO8601";
-constexpr std::u16string_view kUnix = u"UNIX";
-
-NQ_TString TimeText(double time) { return NQ_TString::Format("%.*g", 17, time); }
-
-// Runs the action and tells whether it succeeded; what it throws goes to the handler.
-template <class TAction, class TFailed>
-bool Succeeds(const TAction& action, const TFailed& failed) {
+// Runs the action and tells whether it succeeded; else the error says why not.
+template <class TAction>
+bool Succeeds(const TAction& action, std::string& error) {
   try {
     action();
     return true;
-  } catch (const NQ_EException& error) {
-    failed(error);
-  } catch (const std::exception& error) {
-    failed(error.what());
+  } catch (const NQ_EException& thrown) {
+    error = Printed(thrown);
+  } catch (const std::exception& thrown) {
+    error = thrown.what();
   }
   return false;
 }
 
 // ---- reading
 
-double ParseIso(int debugLevel, const NQ_TString& zone, const NQ_TString& value) {
+void ParseIso(const NQ_TString& zone, const NQ_TString& value, TDateOutcome& outcome) {
   const auto& patterns = IsoPatterns();
-  const auto nextTry = [&](const NQ_TString& failed) {
-    if (debugLevel >= kLevelOfSteps)
-      Log(kLevelOfSteps, "Parsing ", value, " using ", failed, " failed.  Trying less complete format");
-  };
-  double time = 0;
   // A text that is exactly one of the patterns is none of those before it.
   const auto* const exact = std::find_if(patterns.begin(), patterns.end(), [&](const NQ_TString& pattern) {
-    return ParseExactDateTime(pattern, zone, NQ_TString::sEmpty, value, time);
+    return ParseExactDateTime(pattern, zone, NQ_TString::sEmpty, value, outcome.time);
   });
   if (exact != patterns.end()) {
-    std::for_each(patterns.begin(), exact, nextTry);
-    return time;
+    outcome.formsFailed = static_cast<std::size_t>(exact - patterns.begin());
+    outcome.length = value.Length();
+    return;
   }
   for (const NQ_TString& pattern : patterns) {
     try {
-      ParseDateTime(pattern, zone, NQ_TString::sEmpty, value, time);
-      break;
+      outcome.length = ParseDateTime(pattern, zone, NQ_TString::sEmpty, value, outcome.time);
+      return;
     } catch (const NQ_EException&) {
       if (&pattern == &patterns.back()) throw;
-      nextTry(pattern);
+      ++outcome.formsFailed;
     }
   }
-  return time;
 }
 
-// A number of digits and points, in a process whose streams read numbers as C does.
-bool ParsePlainNumber(std::string_view text, double& number) {
+// A number of digits and points, in a process whose streams read numbers as C does; returns how much of it was read.
+std::size_t ParsePlainNumber(std::string_view text, double& number) {
   const bool plain = text.find_first_not_of("0123456789.", text.starts_with('-') ? 1 : 0) == std::string_view::npos;
-  if (!plain || std::locale() != std::locale::classic()) return false;
-  return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+  if (!plain || std::locale() != std::locale::classic()) return 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() ? static_cast<std::size_t>(end - text.data()) : 0;
 }
 
-double ParseUnix(const NQ_TString& value) {
-  double number = 0;
-  if (ParsePlainNumber(value.Narrow(), number)) return number;
-  std::istringstream(std::string(value.Narrow())) >> number;
-  return number;
+void ParseUnix(const NQ_TString& value, TDateOutcome& outcome) {
+  const std::string_view text = value.Narrow();
+  outcome.length = ParsePlainNumber(text, outcome.time);
+  if (outcome.length > 0) return;
+  std::istringstream in{std::string(text)};
+  in >> outcome.time;
+  if (in.fail() && outcome.time == 0) return;  // no number; one that is too large fails and is the largest
+  const bool all = in.eof();
+  in.clear();
+  outcome.length = all ? value.Length() : NQ_TString(text.substr(0, static_cast<std::size_t>(in.tellg()))).Length();
 }
 
 // ---- writing
@@ -140,55 +100,47 @@ void FormatUnix(double time, NQ_TString& value) {
 
 }  // namespace
 
-bool ParseInputDateTime(int debugLevel, const NQ_TDict& options, const NQ_TString& value, double& time) {
+TDateOutcome ParseInputDateTime(const NQ_TDict& options, const NQ_TString& value) {
   const TDatePlaces& places = TDatePlaces::In(options);
+  TDateOutcome outcome;
   const auto parse = [&] {
     const NQ_TString& zone = places.Text(TDateKeys::kInputTimeZone);
     const NQ_TString& format = places.Text(TDateKeys::kInputDateTimeFormat);
-    if (format.Equals(kIso)) {
-      time = ParseIso(debugLevel, zone, value);
+    if (format.Equals(kIso8601)) {
+      ParseIso(zone, value, outcome);
     } else if (format.Equals(kUnix)) {
-      time = ParseUnix(value);
+      ParseUnix(value, outcome);
     } else {
-      ParseDateTime(places.Text(TDateKeys::kCustomInputDateTimeFormat), zone, places.Text(TDateKeys::kInputLanguage),
-                    value, time);
+      outcome.length = ParseDateTime(places.Text(TDateKeys::kCustomInputDateTimeFormat), zone,
+                                     places.Text(TDateKeys::kInputLanguage), value, outcome.time);
     }
   };
-  const auto failed = [&](const auto& error) {
-    Log(0, "Parsing date '", value, "' into UTC time failed.  Caused by:\n", error, '\n', options);
-  };
-  if (!Succeeds(parse, failed)) return false;
-  if (debugLevel >= kLevelOfSteps)
-    Log(kLevelOfSteps, "Parsed date '", value, "' into UTC time '", TimeText(time), "'\n", options);
-  return true;
+  outcome.read = Succeeds(parse, outcome.error);
+  return outcome;
 }
 
-bool FormatOutputDateTime(int debugLevel, const NQ_TDict& options, double time, NQ_TString& value) {
+void FormatOutputDateTime(const NQ_TDict& options, TDateOutcome& outcome, NQ_TString& value) {
   const TDatePlaces& places = TDatePlaces::In(options);
   const auto write = [&] {
     const NQ_TString& format = places.Text(TDateKeys::kDateTimeFormat);
     const NQ_TString& zone = places.Text(TDateKeys::kTimeZone);
-    if (format.Equals(kIso)) {
-      FormatDateTime(IsoPatterns().front(), zone, NQ_TString::sEmpty, time, value);
+    if (format.Equals(kIso8601)) {
+      FormatDateTime(IsoPatterns().front(), zone, NQ_TString::sEmpty, outcome.time, value);
     } else if (format.Equals(kUnix)) {
-      FormatUnix(time, value);
+      FormatUnix(outcome.time, value);
     } else {
-      FormatDateTime(places.Text(TDateKeys::kCustomDateTimeFormat), zone, places.Text(TDateKeys::kLanguage), time,
-                     value);
+      FormatDateTime(places.Text(TDateKeys::kCustomDateTimeFormat), zone, places.Text(TDateKeys::kLanguage),
+                     outcome.time, value);
     }
   };
-  const auto failed = [&](const auto& error) {
-    Log(0, "Formatting wall time '", TimeText(time), "' failed.  Caused by:\n", error, '\n', options);
-  };
-  if (!Succeeds(write, failed)) return false;
-  if (debugLevel >= kLevelOfSteps)
-    Log(kLevelOfSteps, "Formatted wall time '", TimeText(time), "' into '", value, "'\n", options);
-  return true;
+  outcome.written = Succeeds(write, outcome.error);
 }
 
-bool FormatDateTimeValue(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
-  double time = 0;
-  return ParseInputDateTime(debugLevel, options, value, time) && FormatOutputDateTime(debugLevel, options, time, value);
+TDateOutcome FormatDateTimeValue(const NQ_TDict& options, NQ_TString& value, TFindings* findings) {
+  TDateOutcome outcome = ParseInputDateTime(options, value);
+  if (findings != nullptr) FindInDateValue(options, value, outcome, *findings);
+  if (outcome.read) FormatOutputDateTime(options, outcome, value);
+  return outcome;
 }
 
 }  // namespace templatenames

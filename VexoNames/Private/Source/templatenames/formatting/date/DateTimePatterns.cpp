@@ -14,15 +14,9 @@ namespace templatenames {
 namespace {
 
 // Patterns that people write have fewer than 100 characters. ICU's time to read numbers with nothing between them grows
-// with the square of the pattern, and with the text: a fifth of a second at these sizes, seconds at four times them.
-constexpr int kMaxPatternRead = 256;
+// with the square of the pattern, and with the text: a fifth of a second at this size and kMaxPatternRead, seconds at
+// four times them. Writing takes time linear in the pattern; kMaxPatternWritten bounds what is kept of it.
 constexpr std::size_t kMaxText = 1024;
-
-// Writing takes time linear in the pattern; this bounds what is kept of it.
-constexpr int kMaxPatternWritten = 4096;
-
-// Identifiers of ICU have up to 157 characters.
-constexpr unsigned int kMaxKeptIdentifier = 256;
 
 // The thread's objects; for identifiers that are too long to be kept, objects of this call.
 class TDatesOfCall {
@@ -30,7 +24,7 @@ class TDatesOfCall {
   TDatesOfCall(const NQ_TString& pattern, int longest, const NQ_TString& zone, const NQ_TString& language) {
     if (static_cast<int>(pattern.Length()) > longest)
       nq::Throw(NQ_EException(NQ_TString::Format("Date pattern is longer than %d characters", longest), pattern));
-    const bool kept = zone.Length() <= kMaxKeptIdentifier && language.Length() <= kMaxKeptIdentifier;
+    const bool kept = zone.Length() <= TKeptDates::kMaxIdentifier && language.Length() <= TKeptDates::kMaxIdentifier;
     dates_ = kept ? &TKeptDates::OfThread() : &own_.emplace();
   }
   TDatesOfCall(const TDatesOfCall&) = delete;
@@ -75,9 +69,9 @@ bool ReadPlainly(TKeptDates& dates, const TDateFormat& format, const NQ_TString&
   return true;
 }
 
-void StartToday(icu::Calendar& calendar) {
+void StartToday(icu::Calendar& calendar, double now) {
   UErrorCode error = U_ZERO_ERROR;  // every time is one
-  calendar.setTime(NQ_TTime().Milliseconds(), error);
+  calendar.setTime(now, error);
   for (const auto field : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND}) calendar.set(field, 0);
 }
 
@@ -89,15 +83,18 @@ bool ParseExactDateTime(const NQ_TString& pattern, const NQ_TString& zone, const
   return ReadPlainly(*dates, dates->Format(pattern, language), zone, text, time);
 }
 
-void ParseDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language,
-                   const NQ_TString& text, double& time) {
+std::size_t ParseDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language,
+                          const NQ_TString& text, double& time) {
   const TDatesOfCall dates(pattern, kMaxPatternRead, zone, language);
-  const TDateFormat& format = dates->Format(pattern, language);
-  if (ReadPlainly(*dates, format, zone, text, time)) return;
+  TDateFormat& format = dates->Format(pattern, language);
+  if (ReadPlainly(*dates, format, zone, text, time)) return text.Length();
   icu::Calendar& calendar = dates->NewCalendar(zone, language);
-  StartToday(calendar);
+  const double now = NQ_TTime().Milliseconds();
+  StartToday(calendar, now);
+  format.StartCentury(now);
   icu::ParsePosition position(0);
   icu::UnicodeString start = ToIcu(text, kMaxText);
+  const std::int32_t length = start.length();
   if (pattern.Find('S') >= 0) start = WithFewerDigits(start);
   format.icu->parse(start, calendar, position);
   if (position.getIndex() == 0) {
@@ -106,23 +103,25 @@ void ParseDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_T
   }
   UErrorCode error = U_ZERO_ERROR;
   const double read = calendar.getTime(error);
-  if (U_FAILURE(error) != 0) nq::Throw(NQ_EException(u_errorName(error), text));
+  CheckIcu(error, text);
   time = read;
+  return static_cast<std::size_t>(length - (start.length() - position.getIndex()));
 }
 
 void FormatDateTime(const NQ_TString& pattern, const NQ_TString& zone, const NQ_TString& language, double time,
                     NQ_TString& out) {
   const TDatesOfCall dates(pattern, kMaxPatternWritten, zone, language);
   const TDateFormat& format = dates->Format(pattern, language);
-  if (std::isnan(time)) nq::Throw(NQ_EException(u_errorName(U_ILLEGAL_ARGUMENT_ERROR), time));
+  if (std::isnan(time)) CheckIcu(U_ILLEGAL_ARGUMENT_ERROR, time);
   if (format.plain.Write(time, dates->Zone(zone).OffsetAt(time), out)) return;
   icu::Calendar& calendar = dates->NewCalendar(zone, language);
   UErrorCode error = U_ZERO_ERROR;
   calendar.setTime(time, error);
-  if (U_FAILURE(error) != 0) nq::Throw(NQ_EException(u_errorName(error), time));
+  CheckIcu(error, time);
   icu::UnicodeString text;
   icu::FieldPosition position(0);
   format.icu->format(calendar, text, position);
+  if (text.isBogus() != 0) CheckIcu(U_MEMORY_ALLOCATION_ERROR, time);
   out = NQ_TString(FromIcu(text));
 }
 

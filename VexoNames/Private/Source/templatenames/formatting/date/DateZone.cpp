@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "formatting/date/IcuNames.h"
 #include "formatting/date/IcuText.h"
 
 namespace templatenames {
@@ -16,7 +17,13 @@ constexpr double kUnambiguous = 2 * 86'400'000.0;
 }  // namespace
 
 TDateZone::TDateZone(const NQ_TString& id)
-    : zone_(icu::TimeZone::createTimeZone(ToIcu(id))), rules_(dynamic_cast<const icu::BasicTimeZone*>(zone_.get())) {}
+    : zone_(icu::TimeZone::createTimeZone(ToIcu(id))), rules_(dynamic_cast<const icu::BasicTimeZone*>(zone_.get())) {
+  // Without memory ICU makes no zone, the unknown one, or one whose changes cannot be walked.
+  UErrorCode error = U_ZERO_ERROR;
+  if (rules_ != nullptr) rules_->countTransitionRules(error);
+  const bool isLost = zone_ == nullptr || (*zone_ == icu::TimeZone::getUnknown() && IsListedZone(id));
+  CheckIcu(isLost ? U_MEMORY_ALLOCATION_ERROR : error, id);
+}
 
 double TDateZone::TimeAt(double local) {
   const auto sure = [local](const TSpan& span) {
@@ -32,16 +39,18 @@ double TDateZone::TimeAt(double local) {
   else
     zone_->getOffset(local, true, raw, saving, error);
   const double time = local - (raw + saving);
-  SpanAt(time);  // for the local times to come
+  OffsetAt(time);  // for the local times to come
   return time;
 }
 
-const TDateZone::TSpan& TDateZone::SpanAt(double time) {
+std::int32_t TDateZone::OffsetAt(double time) {
   for (const TSpan& span : spans_) {
-    if (time >= span.from && time < span.until) return span;
+    if (span.Holds(time)) return span.offset;
   }
-  TSpan& oldest = spans_[next_++ % kSpans];
-  return oldest = FindSpan(time);
+  const TSpan found = FindSpan(time);
+  // For times beyond some 10^17, where its arithmetic overflows, ICU finds changes of other times.
+  if (found.Holds(time)) spans_[next_++ % kSpans] = found;
+  return found.offset;
 }
 
 TDateZone::TSpan TDateZone::FindSpan(double time) const {

@@ -6,7 +6,8 @@
 //   TDateZone brussels("Europe/Brussels");
 //   brussels.OffsetAt(1601899387250);    // 7200000
 //
-// One thread at a time.
+// Where memory runs out the constructor throws NQ_EException: no zone stands for another one. Nothing else fails. One
+// thread at a time.
 #pragma once
 
 #include <unicode/basictz.h>
@@ -28,7 +29,7 @@ class TDateZone {
   const icu::TimeZone& Icu() const { return *zone_; }
 
   /// What is to be added to a time to get the local time, in milliseconds.
-  std::int32_t OffsetAt(double time) { return SpanAt(time).offset; }
+  std::int32_t OffsetAt(double time);
   /// The time that a local time stands for, as a calendar sees it: a local time that is skipped counts as if the clock
   /// had not been put forward yet, and one that occurs twice is the later.
   double TimeAt(double local);
@@ -39,9 +40,10 @@ class TDateZone {
     double from = std::numeric_limits<double>::infinity();  // as it stands, it holds no time
     double until = -std::numeric_limits<double>::infinity();
     std::int32_t offset = 0;
+
+    bool Holds(double time) const { return time >= from && time < until; }
   };
 
-  const TSpan& SpanAt(double time);
   TSpan FindSpan(double time) const;
 
   // Summer and winter of two years: dates that are used together are rarely further apart.

@@ -1,4 +1,4 @@
-// Text on its way to ICU and back.
+// Text on its way to ICU and back, and errors on theirs.
 #pragma once
 
 #include <unicode/unistr.h>
@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "NQ_EException.h"
 #include "NQ_TString.h"
 
 namespace templatenames {
@@ -25,6 +26,13 @@ inline icu::UnicodeString ToIcu(const NQ_TString& text, std::size_t most = std::
 
 inline std::u16string_view FromIcu(const icu::UnicodeString& text) {
   return {text.getBuffer(), static_cast<std::size_t>(text.length())};
+}
+
+/// Throws an NQ_EException with the name of the error and the detail, unless there is none.
+template <class TDetail>
+void CheckIcu(UErrorCode error, const TDetail& detail, const char* file = __builtin_FILE(),
+              unsigned line = __builtin_LINE()) {
+  if (U_FAILURE(error) != 0) nq::Throw(NQ_EException(u_errorName(error), detail), file, line);
 }
 
 }  // namespace templatenames

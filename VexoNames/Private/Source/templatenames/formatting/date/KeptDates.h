@@ -20,6 +20,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -31,8 +32,18 @@
 namespace templatenames {
 
 struct TDateFormat {
-  std::unique_ptr<const icu::SimpleDateFormat> icu;
+  TDateFormat(std::unique_ptr<icu::SimpleDateFormat> format, TPlainDatePattern plainPattern)
+      : icu(std::move(format)), plain(std::move(plainPattern)) {}
+
+  /// Years of two digits are read as those of the hundred years that begin 80 years before the day of that time. (As
+  /// it stands, ICU takes the moment at which the process first asked.)
+  void StartCentury(double now);
+
+  std::unique_ptr<icu::SimpleDateFormat> icu;
   TPlainDatePattern plain;
+
+ private:
+  double day_ = std::numeric_limits<double>::quiet_NaN();  // whose century it has
 };
 
 /// The values that were used last, each found by one or two texts.
@@ -74,6 +85,9 @@ class TLastUsed {
 
 class TKeptDates {
  public:
+  /// Identifiers of ICU have up to 157 characters; longer ones are not to be kept.
+  static constexpr unsigned int kMaxIdentifier = 256;
+
   static TKeptDates& OfThread();
 
   /// Throws NQ_EException with the name of ICU's error and the pattern.

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <typeinfo>
 
+#include "formatting/date/DatePatternParts.h"
 #include "formatting/date/IcuText.h"
 
 namespace templatenames {
@@ -18,8 +19,6 @@ constexpr std::size_t kMaxPlain = 256;
 
 // Literal text that no number takes for a part of its own, and that is matched character by character.
 constexpr std::u16string_view kReadableLiterals = u" -/.,:_T";
-
-bool IsLetter(char16_t unit) { return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z'); }
 
 bool HasPlainDigits(const icu::NumberFormat* format) {
   const auto* const decimal = dynamic_cast<const icu::DecimalFormat*>(format);
@@ -102,27 +101,10 @@ TPlainDatePattern::TPlainDatePattern(std::u16string_view pattern, const icu::Sim
   reads_ = CanRead();
 }
 
-// pattern = { letter { the same letter } | "''" | "'" { literal | "''" } "'" | literal }
 bool TPlainDatePattern::Scan(std::u16string_view pattern) {
-  bool quoted = false;
-  for (std::size_t i = 0; i < pattern.size();) {
-    const char16_t unit = pattern[i];
-    const std::size_t next = std::min(pattern.find_first_not_of(unit, i), pattern.size());
-    if (unit == u'\'' && next - i == 1) {
-      quoted = !quoted;
-      ++i;
-    } else if (unit == u'\'') {
-      AddLiteral(unit);
-      i += 2;
-    } else if (quoted || !IsLetter(unit)) {
-      AddLiteral(unit);
-      ++i;
-    } else {
-      if (!AddField(unit, next - i)) return false;
-      i = next;
-    }
-  }
-  return true;
+  return ForEachDatePart(
+      pattern, [this](char16_t letter, std::size_t count) { return AddField(letter, count); },
+      [this](char16_t unit) { AddLiteral(unit); });
 }
 
 void TPlainDatePattern::AddLiteral(char16_t unit) {

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <iterator>
 #include <locale>
-#include <optional>
 #include <string_view>
 #include <typeinfo>
 
@@ -56,16 +55,18 @@ bool StreamsArePlain(std::u16string_view text) {
 
 }  // namespace
 
-bool FormatNumber(int debugLevel, const NQ_TDict& options, NQ_TString& value) {
-  const TNumberOptions number = ReadNumberOptions(options);
-  std::optional<double> read = ReadPlainNumber(value.StringView(), number.input);
-  if (!read || !StreamsArePlain(value.StringView())) return FormatNumberByStreams(debugLevel, number, value);
-  if (number.convert) read = ConvertUnit(*number.category, *number.from, *number.to, *read);
-  if (!std::isfinite(*read)) return FormatNumberByStreams(debugLevel, number, value);
-  const int decimals = number.DecimalsFor(value.StringView());
+TNumberOutcome FormatNumber(const NQ_TDict& options, NQ_TString& value) {
+  const TNumberOptions how = ReadNumberOptions(options);
+  const auto read = ReadPlainNumber(value.StringView(), how.input);
+  if (!read || !StreamsArePlain(value.StringView())) return FormatNumberByStreams(how, value);
+  const double number = how.convert ? ConvertUnit(*how.category, *how.from, *how.to, read->number) : read->number;
+  if (!std::isfinite(number)) return FormatNumberByStreams(how, value);
+  const int decimals = how.DecimalsFor(value.StringView());
   value.Clear();
-  AppendPlainNumber(*read, decimals, number.Width(decimals), number.output, value);
-  return true;
+  AppendPlainNumber(number, decimals, how.Width(decimals), how.output, value);
+  TNumberOutcome outcome;
+  outcome.read = read->end;
+  return outcome;
 }
 
 }  // namespace templatenames

@@ -9,23 +9,23 @@
 //
 //   options["Decimals"] = 2;
 //   options["ThousandsSeparator"] = NQ_TString("'");
-//   FormatNumber(0, options, value);                            // 1234567.891: 1'234'567.89
+//   FormatNumber(options, value);                               // 1234567.891: 1'234'567.89
 //
 // The results are those of the standard wide streams with these separators, in a locale made from the global one
-// (NumberByStreams.h). Most numbers take a way that needs no stream; it is left to the streams what neither digits,
-// sign and separators nor white space make up, such as exponents, and everything where the global locale reads or
-// writes ASCII in a way of its own.
-// Any thread may call, also with the same options, as long as nobody changes them.
+// (NumberByStreams.h). Most numbers take a way that needs no stream; everything else, such
+// as an exponent, is left to the streams, and so is every number where the global locale reads or writes ASCII in a way
+// of its own. Any thread may call, also with the same options, as long as nobody changes them.
 #pragma once
 
 #include "NQ_TDict.h"
 #include "NQ_TString.h"
+#include "formatting/number/NumberOutcome.h"
 
 namespace templatenames {
 
-/// Formats the value in place. False, with the value unchanged, when it does not begin with a number; the log says so
-/// above debug level 0. Characters behind the number are dropped. Throws NQ_ENoSuchUnitCategory and NQ_ENoSuchUnit,
-/// with the value unchanged. Decimals and PreferredIntegerLength above 4096 count as 4096.
-bool FormatNumber(int debugLevel, const NQ_TDict& options, NQ_TString& value);
+/// Formats the value in place and says what it met; a value that does not begin with a number is unchanged. Characters
+/// behind the number are dropped. Throws NQ_ENoSuchUnitCategory and NQ_ENoSuchUnit, with the value unchanged. Decimals
+/// and PreferredIntegerLength above 4096 count as 4096.
+TNumberOutcome FormatNumber(const NQ_TDict& options, NQ_TString& value);
 
 }  // namespace templatenames

@@ -2,13 +2,13 @@
 
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <ios>
 #include <locale>
 #include <sstream>
 #include <string>
 
 #include "formatting/number/Units.h"
-#include "text/Log.h"
 
 namespace templatenames {
 namespace {
@@ -52,29 +52,34 @@ std::wstring CodePoints(std::u16string_view text) {
   return codePoints;
 }
 
-// Throws std::ios_base::failure when there is no number.
-double Read(std::u16string_view text, const TPunctuation& punctuation) {
-  std::wistringstream stream(CodePoints(text.substr(0, kMostRead)));
-  stream.imbue(NumericFormatter::Locale(punctuation));
-  stream.exceptions(std::ios_base::failbit | std::ios_base::badbit);
-  double number = 0;
-  stream >> number;
-  if (stream.eof() && text.size() > kMostRead) stream.setstate(std::ios_base::failbit);
-  return number;
+// How many units the last characters of the text take; an unpaired surrogate is one character.
+std::size_t UnitsOfLast(std::size_t characters, std::u16string_view text) {
+  std::size_t begin = text.size();
+  for (; characters > 0; --characters) U16_BACK_1(text, 0, begin);
+  return text.size() - begin;
 }
 
-}  // namespace
-
-bool FormatNumberByStreams(int debugLevel, const TNumberOptions& options, NQ_TString& value) {
+struct TRead {
   double number = 0;
-  try {
-    number = Read(value.StringView(), options.input);
-  } catch (const std::ios_base::failure& error) {
-    if (debugLevel > 0) Log(1, "Failed to convert ", value, " to number.  Caused by:\n", error.what());
-    return false;
-  }
-  if (options.convert) number = ConvertUnit(*options.category, *options.from, *options.to, number);
-  const int decimals = options.DecimalsFor(value.StringView());
+  std::size_t end = 0;  // units of the text up to the end of the number
+};
+
+// Throws std::ios_base::failure when there is no number.
+TRead Read(std::u16string_view text, const TPunctuation& punctuation) {
+  const std::u16string_view beginning = text.substr(0, kMostRead);
+  std::wistringstream stream(CodePoints(beginning));
+  stream.imbue(NumericFormatter::Locale(punctuation));
+  stream.exceptions(std::ios_base::failbit | std::ios_base::badbit);
+  TRead read;
+  stream >> read.number;
+  if (stream.eof() && text.size() > kMostRead) stream.setstate(std::ios_base::failbit);
+  const auto left = std::max<std::streamsize>(stream.rdbuf()->in_avail(), 0);
+  read.end = beginning.size() - UnitsOfLast(static_cast<std::size_t>(left), beginning);
+  return read;
+}
+
+// The text of the number; false when the stream fails.
+bool Write(double number, int decimals, const TNumberOptions& options, NQ_TString& text) {
   std::wostringstream stream;
   stream.imbue(NumericFormatter::Locale(options.output));
   stream << std::fixed;
@@ -84,10 +89,30 @@ bool FormatNumberByStreams(int debugLevel, const TNumberOptions& options, NQ_TSt
     stream.width(options.Width(decimals));
   }
   stream << number;
-  if (!stream && debugLevel > 5) Log(6, "Error converting ", number, " to string");
-  const std::wstring text = stream ? stream.str() : std::wstring();
-  value = NQ_TString(text.data(), static_cast<int>(text.size()));
-  return true;
+  const std::wstring written = stream ? stream.str() : std::wstring();
+  text = NQ_TString(written.data(), static_cast<int>(written.size()));
+  return !stream.fail();
+}
+
+}  // namespace
+
+TNumberOutcome FormatNumberByStreams(const TNumberOptions& options, NQ_TString& value) {
+  TNumberOutcome outcome;
+  TRead read;
+  try {
+    read = Read(value.StringView(), options.input);
+  } catch (const std::ios_base::failure& error) {
+    outcome.kind = TNumberOutcome::TKind::NotANumber;
+    outcome.error = error.what();
+    return outcome;
+  }
+  if (options.convert) read.number = ConvertUnit(*options.category, *options.from, *options.to, read.number);
+  outcome.read = read.end;
+  if (!Write(read.number, options.DecimalsFor(value.StringView()), options, value)) {
+    outcome.kind = TNumberOutcome::TKind::NotWritten;
+    outcome.number = read.number;
+  }
+  return outcome;
 }
 
 }  // namespace templatenames

@@ -7,13 +7,13 @@
 
 #include "NQ_TString.h"
 #include "formatting/number/NumberOptions.h"
+#include "formatting/number/NumberOutcome.h"
 
 namespace templatenames {
 
 /// Reads the number at the front of the value, converts its unit if the options say so, and puts its text in place of
-/// the value. False, with the value unchanged, when the value does not begin with a number, or with one that does not
-/// end within 65,536 characters; above debug level 0 the log says so.
-/// Throws what ConvertUnit throws, with the value unchanged.
-bool FormatNumberByStreams(int debugLevel, const TNumberOptions& options, NQ_TString& value);
+/// the value. NotANumber, with the value unchanged, when the value does not begin with a number, or with one that does
+/// not end within 65,536 characters. Throws what ConvertUnit throws, with the value unchanged.
+TNumberOutcome FormatNumberByStreams(const TNumberOptions& options, NQ_TString& value);
 
 }  // namespace templatenames

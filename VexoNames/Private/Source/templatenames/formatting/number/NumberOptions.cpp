@@ -1,10 +1,10 @@
 #include "formatting/number/NumberOptions.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include "formatting/OptionPlaces.h"
+#include "formatting/OptionTable.h"
 
 namespace templatenames {
 namespace {
@@ -25,22 +25,7 @@ struct TNumberKeys {
     kCount,
   };
 
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys = new std::array<NQ_TString, kCount>{
-        NQ_TString(u"InputDecimalSeparator"),
-        NQ_TString(u"InputThousandsSeparator"),
-        NQ_TString(u"DecimalSeparator"),
-        NQ_TString(u"ThousandsSeparator"),
-        NQ_TString(u"Convert"),
-        NQ_TString(u"ConvertUnitCategory"),
-        NQ_TString(u"ConvertFromUnit"),
-        NQ_TString(u"ConvertToUnit"),
-        NQ_TString(u"Decimals"),
-        NQ_TString(u"AddLeadingZeros"),
-        NQ_TString(u"PreferredIntegerLength"),
-    };
-    return *keys;
-  }
+  static const auto& All() { return OptionKeys<TOptionReader::Number, kCount>(); }
 };
 
 using TPlaces = TOptionPlaces<TNumberKeys>;

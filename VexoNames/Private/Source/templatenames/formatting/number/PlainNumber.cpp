@@ -57,7 +57,7 @@ std::optional<double> Scaled(std::uint64_t digits, std::size_t scale) {
 // The digits of a number while they are read.
 class TDigits {
  public:
-  explicit TDigits(std::u16string_view text) : at_(text.data()), end_(text.data() + text.size()) {}
+  explicit TDigits(std::u16string_view text) : begin_(text.data()), at_(text.data()), end_(text.data() + text.size()) {}
 
   bool AtEnd() const { return at_ == end_; }
   bool Take(char16_t unit) { return at_ != end_ && *at_ == unit && (++at_, true); }
@@ -73,10 +73,13 @@ class TDigits {
   }
   /// Whether the streams might read on from here.
   bool MayGoOn() const { return at_ != end_ && (*at_ == u'e' || *at_ == u'E'); }
+  /// How many units have been taken.
+  std::size_t Taken() const { return static_cast<std::size_t>(at_ - begin_); }
   /// All digits taken, as one integer; wrong when they are more than kMostDigits.
   std::uint64_t Value() const { return value_; }
 
  private:
+  const char16_t* begin_;
   const char16_t* at_;
   const char16_t* end_;
   std::uint64_t value_ = 0;
@@ -163,7 +166,7 @@ void AppendWritten(bool negative, const TWritten& written, std::size_t width, co
 
 }  // namespace
 
-std::optional<double> ReadPlainNumber(std::u16string_view text, const TPunctuation& punctuation) {
+std::optional<TPlainNumber> ReadPlainNumber(std::u16string_view text, const TPunctuation& punctuation) {
   if (!IsPlain(punctuation)) return std::nullopt;
   TDigits digits(text.substr(0, kMostRead));
   digits.Skip(IsSpace);
@@ -177,7 +180,7 @@ std::optional<double> ReadPlainNumber(std::u16string_view text, const TPunctuati
   if (digits.AtEnd() && text.size() > kMostRead) return std::nullopt;
   const auto magnitude = Scaled(digits.Value(), decimals);
   if (!magnitude) return std::nullopt;
-  return negative ? -*magnitude : *magnitude;
+  return TPlainNumber{negative ? -*magnitude : *magnitude, digits.Taken()};
 }
 
 void AppendPlainNumber(double number, int decimals, int width, const TPunctuation& punctuation, NQ_TString& out) {

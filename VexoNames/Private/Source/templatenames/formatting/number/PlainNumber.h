@@ -8,6 +8,7 @@
 // thread may call.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -16,8 +17,13 @@
 
 namespace templatenames {
 
+struct TPlainNumber {
+  double number;
+  std::size_t end;  // the place behind it
+};
+
 /// The number at the front of the text; nullopt when the streams must read it, be it a number or not.
-std::optional<double> ReadPlainNumber(std::u16string_view text, const TPunctuation& punctuation);
+std::optional<TPlainNumber> ReadPlainNumber(std::u16string_view text, const TPunctuation& punctuation);
 
 /// Appends the number, which is finite, with that many decimals, at most kMaxDecimals, and with zeros in front of it up
 /// to that width.

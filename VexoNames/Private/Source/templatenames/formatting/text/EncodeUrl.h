@@ -1,6 +1,9 @@
 // Percent-encoding that leaves the structure of a URL alone.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "NQ_TString.h"
 
 namespace templatenames {
@@ -11,7 +14,12 @@ namespace templatenames {
 ///   letters "://" letters ":" digits "/"    smb://server:445/a b   smb://server:445/a%20b
 ///
 /// Letters are those of ASCII; each run of letters or digits may be empty. False, with the value unchanged, when the
-/// result is too long (kMostRewritten). Takes linear time. Any thread may call.
-bool EncodeUrl(NQ_TString& value);
+/// result would be longer than `most` and longer than the value. Takes linear time. Any thread may call.
+[[nodiscard]] bool EncodeUrl(std::size_t most, NQ_TString& value);
+
+/// How much of a URL is kept as it is: 0, its scheme and ":", or all up to the "/" behind the port.
+std::size_t KeptOfUrl(std::u16string_view url);
+/// The same by two regular expressions, which are what it means; tests hold KeptOfUrl to it.
+std::size_t KeptOfUrlByRegex(std::u16string_view url);
 
 }  // namespace templatenames

@@ -1,11 +1,11 @@
 #include "formatting/text/FormatText.h"
 
-#include <array>
 #include <cstddef>
 #include <string_view>
 
 #include "NQ_TArray.h"
 #include "formatting/OptionPlaces.h"
+#include "formatting/OptionTable.h"
 #include "formatting/text/EncodeUrl.h"
 #include "formatting/text/ReplacePairs.h"
 #include "formatting/text/Substitutions.h"
@@ -15,12 +15,7 @@ namespace {
 
 struct TTextKeys {
   enum TKey : std::size_t { kRemoveSpaces, kTransformation, kEncoding, kCustomEncoding, kCount };
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys =
-        new std::array<NQ_TString, kCount>{NQ_TString(u"RemoveSpaces"), NQ_TString(u"Transformation"),
-                                           NQ_TString(u"Encoding"), NQ_TString(u"CustomEncoding")};
-    return *keys;
-  }
+  static const auto& All() { return OptionKeys<TOptionReader::Text, kCount>(); }
 };
 
 using TTextPlaces = TOptionPlaces<TTextKeys>;
@@ -41,12 +36,12 @@ void Transform(const NQ_TString& word, NQ_TString& value) {
 
 // ---- encodings
 
-bool EncodeCustom(const TTextPlaces& options, NQ_TString& value) {
+bool EncodeCustom(const TTextPlaces& options, std::size_t most, NQ_TString& value) {
   const auto* const pairs = options.Get<NQ_TArray>(TTextKeys::kCustomEncoding);
-  return pairs == nullptr || ReplacePairs(*pairs, value);
+  return pairs == nullptr || ReplacePairs(*pairs, most, value);
 }
 
-bool EncodeXml(const TTextPlaces&, NQ_TString& value) {
+bool EncodeXml(const TTextPlaces&, std::size_t most, NQ_TString& value) {
   // Never destroyed: other threads may still format while the program ends.
   static const auto* const entities = [] {
     auto* const made = new TSubstitutions(u"&\"<>'");
@@ -57,29 +52,29 @@ bool EncodeXml(const TTextPlaces&, NQ_TString& value) {
     made->Add(u"'", u"&apos;");
     return made;
   }();
-  return entities->Apply(value);
+  return entities->Apply(most, value);
 }
 
 struct TEncoding {
   std::u16string_view word;
-  bool (*encode)(const TTextPlaces& options, NQ_TString& value);
+  bool (*encode)(const TTextPlaces& options, std::size_t most, NQ_TString& value);
 };
 
 constexpr TEncoding kEncodings[] = {
     {u"XML", EncodeXml},
-    {u"URL", [](const TTextPlaces&, NQ_TString& value) { return EncodeUrl(value); }},
+    {u"URL", [](const TTextPlaces&, std::size_t most, NQ_TString& value) { return EncodeUrl(most, value); }},
     {u"CUSTOM", EncodeCustom},
 };
 
 }  // namespace
 
-bool FormatText(const NQ_TDict& options, NQ_TString& value) {
+bool FormatText(const NQ_TDict& options, std::size_t most, NQ_TString& value) {
   const TTextPlaces& places = TTextPlaces::In(options);
   if (places.Flag(TTextKeys::kRemoveSpaces)) RemoveSpaces(value);
   Transform(places.Text(TTextKeys::kTransformation), value);
   const NQ_TString& word = places.Text(TTextKeys::kEncoding);
   for (const TEncoding& encoding : kEncodings)
-    if (word.Equals(encoding.word)) return encoding.encode(places, value);
+    if (word.Equals(encoding.word)) return encoding.encode(places, most, value);
   return true;
 }
 

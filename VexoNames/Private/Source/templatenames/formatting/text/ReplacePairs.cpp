@@ -10,6 +10,7 @@
 #include "NQ_EException.h"
 #include "NQ_TDict.h"
 #include "formatting/OptionPlaces.h"
+#include "formatting/OptionTable.h"
 #include "formatting/text/ReplaceText.h"
 #include "formatting/text/Substitutions.h"
 #include "text/ThreadKept.h"
@@ -21,10 +22,7 @@ namespace {
 
 struct TPairKeys {
   enum TKey : std::size_t { kFind, kReplace, kCount };
-  static const std::array<NQ_TString, kCount>& All() {
-    static const auto* const keys = new std::array<NQ_TString, kCount>{NQ_TString(u"Find"), NQ_TString(u"Replace")};
-    return *keys;
-  }
+  static const auto& All() { return OptionKeys<TOptionReader::Pair, kCount>(); }
 };
 
 using TPairPlaces = TOptionPlaces<TPairKeys>;
@@ -61,11 +59,12 @@ class TReplacements {
     steps_.push_back({single ? std::move(together) : nullptr, pairs_.size() - 1});
   }
 
-  bool Apply(NQ_TString& value) const {
+  bool Apply(std::size_t most, NQ_TString& value) const {
     for (const auto& [together, number] : steps_) {
       const TPair& pair = pairs_[number];
-      const bool done = together != nullptr ? together->Apply(value)
-                                            : ReplaceText(pair.find.StringView(), pair.replace.StringView(), value);
+      const bool done = together != nullptr
+                            ? together->Apply(most, value)
+                            : ReplaceText(pair.find.StringView(), pair.replace.StringView(), most, value);
       if (!done) return false;
     }
     return true;
@@ -144,17 +143,17 @@ class TKeptReplacements {
 
 }  // namespace
 
-bool ReplacePairs(const NQ_TArray& list, NQ_TString& value) {
+bool ReplacePairs(const NQ_TArray& list, std::size_t most, NQ_TString& value) {
   auto& kept = TThreadKept<TKeptReplacements>::Mine();
-  if (const auto* const known = kept.Find(list); known != nullptr) return known->Apply(value);
+  if (const auto* const known = kept.Find(list); known != nullptr) return known->Apply(most, value);
   TReplacements made;
   try {
     for (unsigned int i = 0; i < list.Count(); ++i) made.Add(*list.At(i));
   } catch (const NQ_EException&) {
-    if (!made.Apply(value)) return false;
+    if (!made.Apply(most, value)) return false;
     throw;
   }
-  return made.IsSmall() ? kept.Keep(list, std::move(made)).Apply(value) : made.Apply(value);
+  return made.IsSmall() ? kept.Keep(list, std::move(made)).Apply(most, value) : made.Apply(most, value);
 }
 
 }  // namespace templatenames

@@ -56,12 +56,12 @@ class TFinder {
 
 }  // namespace
 
-bool ReplaceText(std::u16string_view find, std::u16string_view replace, NQ_TString& value) {
+bool ReplaceText(std::u16string_view find, std::u16string_view replace, std::size_t most, NQ_TString& value) {
   const std::u16string_view text = value.StringView();
   const TFinder finder(text, find);
   std::size_t found = finder.Next(0);
   if (found == kNone) return true;
-  TRewriting rewriting(value);
+  TRewriting rewriting(most, value);
   std::size_t done = 0;
   for (; found != kNone && !rewriting.TooLong(); found = finder.Next(done)) {
     rewriting.Add(text.substr(done, found - done));

@@ -1,6 +1,6 @@
 // Writing a text anew, piece by piece, in place of the text that the pieces are made from.
 //
-//   TRewriting rewriting(value);
+//   TRewriting rewriting(most, value);
 //   rewriting.Add(u"a"); ...
 //   return rewriting.Finish();
 //
@@ -17,13 +17,11 @@
 
 namespace templatenames {
 
-/// A rewritten text gets no longer than this, unless it was before: a few replacements that double the text exhaust the
-/// memory otherwise.
-inline constexpr std::size_t kMostRewritten = 64 * 1024 * 1024;
-
 class TRewriting {
  public:
-  explicit TRewriting(NQ_TString& value) : value_(value) {}
+  /// The new text may have that many units, or as many as the old one has when those are more. A few replacements that
+  /// double the text would exhaust the memory otherwise.
+  TRewriting(std::size_t most, NQ_TString& value) : value_(value), most_(std::max<std::size_t>(most, value.Length())) {}
 
   /// Room for that many units, at most kRoom, to be written from there on; Took says up to where they were.
   char16_t* Room(std::size_t units) {
@@ -44,7 +42,7 @@ class TRewriting {
   bool TooLong() const { return tooLong_; }
   /// Gives the value its new text; false, with the value unchanged, when that is too long.
   bool Finish() {
-    if (written_.Empty() && !tooLong_) {
+    if (written_.Empty() && !tooLong_ && Collected().size() <= most_) {
       const std::u16string_view collected = Collected();
       value_.Clear();
       collected.copy(value_.AppendUninitialized(static_cast<unsigned int>(collected.size())), collected.size());
@@ -65,12 +63,12 @@ class TRewriting {
     end_ = units_;
   }
   void AppendToWritten(std::u16string_view piece) {
-    const std::size_t most = std::max<std::size_t>(kMostRewritten, value_.Length());
-    tooLong_ = tooLong_ || piece.size() > most || written_.Length() > most - piece.size();
+    tooLong_ = tooLong_ || piece.size() > most_ || written_.Length() > most_ - piece.size();
     if (!tooLong_) written_.Append(piece);
   }
 
   NQ_TString& value_;
+  const std::size_t most_;
   NQ_TString written_;
   bool tooLong_ = false;
   char16_t* end_ = units_;

@@ -87,9 +87,9 @@ std::size_t TSubstitutions::PutBlocks(std::u16string_view text, std::size_t at, 
   return at;
 }
 
-bool TSubstitutions::Apply(NQ_TString& value, std::size_t from, TAddOther addOther) const {
+bool TSubstitutions::Apply(std::size_t most, NQ_TString& value, std::size_t from, TAddOther addOther) const {
   const std::u16string_view text = value.StringView();
-  TRewriting rewriting(value);
+  TRewriting rewriting(most, value);
   if (from > 0) rewriting.Add(text.substr(0, from));
   for (std::size_t at = from; at < text.size() && !rewriting.TooLong();) {
     const std::size_t stop = std::min(at + kTogether, text.size());

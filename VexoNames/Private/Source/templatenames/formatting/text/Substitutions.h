@@ -3,7 +3,7 @@
 //   TSubstitutions substitutions;
 //   substitutions.Add(u"&", u"&amp;");
 //   substitutions.Add(u"<", u"&lt;");
-//   substitutions.Apply(value);
+//   if (!substitutions.Apply(most, value)) ...      // the result would be longer than that
 //
 // The result is that of replacing every occurrence of the first character, then every occurrence of the second in what
 // came out, and so on. Therefore Add refuses a character that an earlier one puts in: to be replaced afterwards. Texts
@@ -33,11 +33,12 @@ class TSubstitutions {
   /// by an earlier one.
   bool Add(std::u16string_view find, std::u16string_view replace);
 
-  /// Replaces in the value, behind its first `from` characters; false, with the value unchanged, when the result is too
-  /// long (kMostRewritten). `addOther`, if given, adds what becomes of the character beyond ASCII at that position, and
-  /// moves the position past it.
+  /// Replaces in the value, behind its first `from` characters; false, with the value unchanged, when the result would
+  /// be longer than `most` and longer than the value. `addOther`, if given, adds what becomes of the character beyond
+  /// ASCII at that position, and moves the position past it.
   using TAddOther = void (*)(std::u16string_view text, std::size_t& at, TRewriting& rewriting);
-  bool Apply(NQ_TString& value, std::size_t from = 0, TAddOther addOther = nullptr) const;
+  [[nodiscard]] bool Apply(std::size_t most, NQ_TString& value, std::size_t from = 0,
+                           TAddOther addOther = nullptr) const;
 
  private:
   static constexpr std::size_t kAscii = 128;

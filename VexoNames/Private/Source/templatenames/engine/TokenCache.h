@@ -21,7 +21,7 @@ struct TKeptToken : boost::intrusive_ref_counter<TKeptToken, boost::thread_unsaf
   TToken token;
 };
 
-class TKeptTokens {
+class TTokenCache {
  public:
   using TPointer = boost::intrusive_ptr<TKeptToken>;
 

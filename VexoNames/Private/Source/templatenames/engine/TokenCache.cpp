@@ -1,4 +1,4 @@
-#include "engine/KeptTokens.h"
+#include "engine/TokenCache.h"
 
 #include <utility>
 
@@ -28,7 +28,7 @@ std::uint64_t HashOf(std::u16string_view text) {
 
 }  // namespace
 
-TKeptTokens::TPointer TKeptTokens::Find(std::u16string_view text) {
+TTokenCache::TPointer TTokenCache::Find(std::u16string_view text) {
   if (text.size() > kMaxLength) return nullptr;
   const std::uint64_t hash = HashOf(text);
   TPlace& first = places_[hash % kPlaces];

@@ -9,37 +9,14 @@
 
 #include <array>
 #include <boost/intrusive_ptr.hpp>
-#include <boost/smart_ptr/intrusive_ref_counter.hpp>
-#include <vector>
 
-#include "engine/Token.h"
+#include "engine/Template.h"
 
 namespace templatenames {
 
-/// A template in split form. Used under the registry lock, hence the plain reference count.
-struct TKeptTemplate : boost::intrusive_ref_counter<TKeptTemplate, boost::thread_unsafe_counter> {
-  /// A token and the text between it and the one before, as positions in the source.
-  struct TPiece {
-    std::uint32_t literal = 0;  // begin of that text
-    std::uint32_t begin = 0;    // of the token, the end of that text
-    std::uint32_t end = 0;      // of the token
-    std::uint32_t token = 0;    // index of what stands in it
-  };
-
-  TKeptTemplate(const NQ_TString& text, std::uint64_t textHash);
-  std::size_t Weight() const;  // bytes, about
-
-  NQ_TString source;
-  std::uint64_t hash;
-  std::vector<TPiece> pieces;
-  std::vector<TToken> tokens;  // each different one once: a name may occur often
-  std::size_t done = 0;        // the text after it holds no token
-  bool syntaxError = false;
-};
-
-class TKeptTemplates {
+class TTemplateCache {
  public:
-  using TPointer = boost::intrusive_ptr<TKeptTemplate>;
+  using TPointer = boost::intrusive_ptr<TTemplate>;
 
   /// The split form of a text that does not begin with the literal marker; null the first time a text comes, and for
   /// texts too large to keep.
@@ -75,7 +52,7 @@ class TKeptTemplates {
   TGeneration young_;
   // Some of the younger generation, each in the place that the low bits of its hash name: found without a search.
   static constexpr std::size_t kRecent = 16;
-  std::array<TKeptTemplate*, kRecent> recent_{};
+  std::array<TTemplate*, kRecent> recent_{};
   TGeneration old_;
   std::size_t youngWeight_ = 0;
   // Hashes of texts that came once, the latest first, in the row that their low bits name.
