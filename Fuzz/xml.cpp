@@ -1,5 +1,5 @@
-// Any file: it is read within the limits or refused with one of the errors, twice the same, and values are found as by
-// the XML library's own lists of elements.
+// Any file: it is read within the limits or refused with one of the errors, twice the same, and values are found as the
+// plain way finds them.
 //
 // Input: a line with the key; the rest is the file.
 #include <sys/mman.h>
@@ -7,8 +7,8 @@
 
 #include <cstdint>
 #include <string>
-#include <xercesc/util/XMLString.hpp>
 
+#include "../Tests/VexoNames/PlainXMLLookup.h"
 #include "Fuzz.h"
 #include "NQ_EException.h"
 #include "NQ_TURL.h"
@@ -17,9 +17,6 @@
 namespace {
 
 using fuzz::Check;
-using xercesc::DOMElement;
-using xercesc::DOMNode;
-using xercesc::XMLString;
 
 // A file in memory.
 class TFile {
@@ -36,31 +33,14 @@ class TFile {
   int file_;
 };
 
-const XMLCh* TextOf(const DOMNode* node) { return xmlvalues::GetFirstTextValue(node); }
-
-// The plain way.
-const XMLCh* Find(const DOMElement* root, const XMLCh* key) {
-  const auto* const names = root->getElementsByTagName(u"name");
-  for (XMLSize_t i = 0; i < names->getLength(); ++i) {
-    if (!XMLString::equals(TextOf(names->item(i)), key)) continue;
-    const DOMNode* next = names->item(i)->getNextSibling();
-    while (next != nullptr && next->getNodeType() != DOMNode::ELEMENT_NODE) next = next->getNextSibling();
-    if (next == nullptr || !XMLString::equals(next->getNodeName(), u"value")) continue;
-    if (TextOf(next) != nullptr) return TextOf(next);
-    break;
-  }
-  if (XMLString::equals(key, u"*")) return nullptr;  // means every element there
-  return TextOf(root->getElementsByTagName(key)->item(0));
-}
-
 // What became of the file, as text.
 NQ_TString Outcome(const NQ_TURL& url, const NQ_TString& key, const TNameLimits& limits) {
   try {
     const xmlvalues::TDocument document(xmlvalues::LoadXMLDocument(url, limits));
-    const DOMElement* const root = document->getDocumentElement();
+    const xercesc::DOMElement* const root = document->getDocumentElement();
     NQ_TString value;
     const bool found = xmlvalues::LookupXMLValue(root, key, value);
-    const XMLCh* const expected = Find(root, key.WideText());
+    const XMLCh* const expected = plain_xml::Find(root, key.WideText());
     Check(found == (expected != nullptr) && value == NQ_TString(expected), "the plain way finds the same");
     return value;
   } catch (const NQ_EException& error) {

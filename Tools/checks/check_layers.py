@@ -27,6 +27,7 @@ LAYERS = [
     "VexoNames/Private/Source/templatenames/engine/",
     "VexoNames/Private/Source/templatenames/definitions/",
     "VexoNames/Private/Source/templatenames/facade/",
+    "VexoNames/Private/Source/xml/",
     "VexoNames/Private/Source/SimpleXMLValueLookup",
     "VexoNames/Private/Source/systemnames/",
     "Tools/",

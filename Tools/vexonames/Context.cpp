@@ -57,22 +57,6 @@ constexpr TKeyRow<TContext> kKeys[] = {
     {"task", &ReadTask},
 };
 
-// Why a record was refused, where the engine itself says nothing.
-const char* Reason(TName::TName_Error error, const TLoad& load) {
-  switch (error) {
-    case TName::TName_ErrorAlreadyDefined:
-      if (load.name == "*" || load.scope == "*") break;  // then it is passed over, and something else is wrong
-      return "the name is defined already";
-    case TName::TName_ErrorNoType:
-      return "a record has no \"Type\"";
-    case TName::TName_ErrorUnknownType:
-      return "a record has an unknown \"Type\"";
-    default:
-      break;
-  }
-  return "there is something else in the configuration than records";
-}
-
 void Say(std::string_view lines) {
   while (!lines.empty()) {
     const std::string_view line = lines.substr(0, lines.find('\n'));
@@ -94,11 +78,13 @@ void LoadDefinitions(const TContext& context, TServiceCalls& calls, TEngineLog& 
     context.names.SetError(TName::TName_ErrorNone);
     log.Take();
     const bool ok = context.names.Define(load.serverTree, load.nameSet, load.scope, load.name, false);
-    if (context.names.GetDebugLevel() == 0) Say(log.Take());  // else it was said already
+    for (const std::string& lines : log.Take()) {
+      if (context.names.GetDebugLevel() == 0) Say(lines);  // else it was said already
+    }
     if (ok) continue;
     const NQ_TString set = load.serverTree + "/" + load.nameSet + "/" + load.scope;
     const std::string what = "loading the definitions of " + Printable(set.Narrow()) + ": ";
     if (const std::string failure = calls.TakeFailure(); !failure.empty()) throw TServiceError(what + failure);
-    throw TInputError(what + Reason(context.names.GetError(), load));
+    throw TInputError(what + Printable(context.names.GetErrorReason().Narrow()));
   }
 }

@@ -17,6 +17,8 @@ TDisplayed::TDisplayed(const TName& names, const NQ_TString& prefix, const NQ_TS
     const NQ_TString& text = isClear(description) ? description : key;
     byKey_[key] = text;
     byText_[text] = key;
+    shown_.Define(key, TName::TName_TypeString, TName::TName_LookupValue);
+    shown_.SetValue(key, NQ_TString());
   }
   for (const auto& [key, text] : byKey_) byText_.try_emplace(key, key);  // a name is understood too
 }

@@ -16,7 +16,11 @@ class TDisplayed {
   const std::map<NQ_TString, NQ_TString>& ByKey() const { return byKey_; }
   const std::map<NQ_TString, NQ_TString>& ByText() const { return byText_; }
 
+  /// The tokens of a text that name something, and those that do not: no value is asked for.
+  TNameExplanation Explain(const NQ_TString& text) { return shown_.Explain(text); }
+
  private:
+  TName shown_;  // the names alone
   std::map<NQ_TString, NQ_TString> byKey_;
   std::map<NQ_TString, NQ_TString> byText_;
 };

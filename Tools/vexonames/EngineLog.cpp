@@ -1,40 +1,32 @@
 #include "EngineLog.h"
 
-#include <cstdio>
 #include <iostream>
 #include <utility>
 
+#include "TName.h"
+#include "Text.h"
+
 namespace {
 
-// A log line holds whole values and templates.
-constexpr std::size_t kMostKept = std::size_t{4} * 1024 * 1024;
+// A line can hold a whole value, and there can be one for each token.
+constexpr std::size_t kMostLines = 1'000;
+constexpr std::size_t kMostOfLine = 4'096;
 
 }  // namespace
 
-TEngineLog::TEngineLog(bool forward) : before_(std::cout.rdbuf(this)), forward_(forward) {}
-
-TEngineLog::~TEngineLog() { std::cout.rdbuf(before_); }
-
-std::string TEngineLog::Take() { return std::exchange(said_, {}); }
-
-bool TEngineLog::SetForwarding(bool forward) { return std::exchange(forward_, forward); }
-
-TEngineLog::int_type TEngineLog::overflow(int_type character) {
-  if (traits_type::eq_int_type(character, traits_type::eof())) return traits_type::not_eof(character);
-  const char one = traits_type::to_char_type(character);
-  return xsputn(&one, 1) == 1 ? character : traits_type::eof();
+TEngineLog::TEngineLog(bool shows) : shows_(shows) {
+  TName::SetLogSink([this](int level, const std::string& line) { Add(level, line); });
 }
 
-std::streamsize TEngineLog::xsputn(const char* text, std::streamsize length) {
-  const auto size = static_cast<std::size_t>(length);
-  if (forward_) std::fwrite(text, 1, size, stderr);
-  said_.append(text, size);
-  if (said_.size() > 2 * kMostKept) said_.erase(0, said_.size() - kMostKept);
-  return length;
+TEngineLog::~TEngineLog() { TName::SetLogSink({}); }
+
+std::vector<std::string> TEngineLog::Take() {
+  const std::lock_guard guard(lock_);
+  return std::exchange(kept_, {});
 }
 
-std::string_view LastMessage(std::string_view log) {
-  while (!log.empty() && log.back() == '\n') log.remove_suffix(1);
-  const std::size_t lineEnd = log.rfind("\nTName:");
-  return lineEnd == std::string_view::npos ? log : log.substr(lineEnd + 1);
+void TEngineLog::Add(int level, const std::string& line) {
+  const std::lock_guard guard(lock_);
+  if (shows_) std::cerr << Printable(line) + '\n';
+  if (level == 0 && kept_.size() < kMostLines) kept_.push_back(line.substr(0, kMostOfLine));
 }

@@ -1,36 +1,28 @@
-// What the engine says while it works.
+// What the engine writes to its log.
 //
-// The engine writes its log to std::cout, which is the tool's data stream. An object of this class takes it over for as
-// long as it lives: the data stays clean, and what was said can be read.
+// An object of this class takes the log lines of the process for as long as it lives: standard output is for data. On
+// standard error they stand, one line each, when a person asks for them.
 #pragma once
 
-#include <cstddef>
-#include <ostream>
-#include <streambuf>
+#include <mutex>
 #include <string>
-#include <string_view>
+#include <vector>
 
-class TEngineLog final : private std::streambuf {
+class TEngineLog {
  public:
-  /// Whether what is said goes to standard error too.
-  explicit TEngineLog(bool forward);
+  explicit TEngineLog(bool shows);
   TEngineLog(const TEngineLog&) = delete;
   TEngineLog& operator=(const TEngineLog&) = delete;
-  ~TEngineLog() override;
+  ~TEngineLog();
 
-  /// What was said since the last call; of very much only the end.
-  std::string Take();
-  /// Returns the setting before.
-  bool SetForwarding(bool forward);
+  /// The lines that are written at every debug level, since the last call; of very many the first, of very long ones
+  /// the beginning. A line may have line ends in it.
+  std::vector<std::string> Take();
 
  private:
-  int_type overflow(int_type character) override;
-  std::streamsize xsputn(const char* text, std::streamsize length) override;
+  void Add(int level, const std::string& line);
 
-  std::streambuf* before_;
-  bool forward_;
-  std::string said_;
+  const bool shows_;
+  std::mutex lock_;
+  std::vector<std::string> kept_;
 };
-
-/// The last message of a log: messages begin at the beginning of a line with "TName:", and may have several lines.
-std::string_view LastMessage(std::string_view log);

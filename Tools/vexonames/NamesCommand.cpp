@@ -51,7 +51,7 @@ void PrintJson(const TName& names, const std::vector<NQ_TString>& keys, TData& d
                         {"category", Utf8(names.GetCategory(key))},
                         {"description", Utf8(names.GetDescription(key))},
                         {"value", JsonValue(names.GetValue(key))}};
-    data.Line(line.dump());
+    data.Line(PrintableJson(line.dump()));
   }
 }
 

@@ -8,6 +8,7 @@
 #include "NQ_TArray.h"
 #include "NQ_TTree.h"
 #include "OptionsReading.h"
+#include "Text.h"
 
 namespace {
 
@@ -146,7 +147,7 @@ void ReadRecord(const TJsonNode& node, TName& names) {
   if (key.Empty()) node.Fail("a name cannot be empty");
   ReadMembers(node, kKeys, record);
   CheckQuery(node, record.tree);
-  if (!names.Define(key, record.tree, false)) node.Fail("cannot be defined");
+  if (!names.Define(key, record.tree, false)) node.Fail(Printable(names.GetErrorReason().Narrow()));
   if (record.valueIsUnknown) names.RemValue(key);
   if (record.visibility) names.SetVisibility(key, *record.visibility);
 }

@@ -3,7 +3,8 @@
 
 #include "Commands.h"
 #include "Errors.h"
-#include "Resolver.h"
+#include "ProblemText.h"
+#include "Resolution.h"
 #include "Streams.h"
 #include "Text.h"
 
@@ -12,30 +13,6 @@ namespace {
 using TJson = nlohmann::ordered_json;
 
 std::string Utf8(const NQ_TString& text) { return std::string(text.Narrow()); }
-
-// "in the value of 'a' > 'b': "
-std::string Within(const std::vector<NQ_TString>& names) {
-  constexpr std::size_t kMostShown = 5;
-  if (names.empty()) return {};
-  std::string where = "in the value of ";
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (i > 0) where += " > ";
-    if (i == kMostShown && i + 1 < names.size()) {
-      where += "... > ";
-      i = names.size() - 1;
-    }
-    where += '\'' + Printable(names[i].Narrow()) + '\'';
-  }
-  return where + ": ";
-}
-
-// What to say about one failed token.
-std::string Sentence(const TFailure& failure) {
-  const std::string token = failure.token.Empty() ? "" : Printable(Shortened(failure.token.Narrow())) + ": ";
-  return Within(failure.within) + token + failure.reason;
-}
-
-constexpr const char* kMore = "more tokens may fail; these are the first";
 
 /// Where a result belongs: template and input by their numbers, from 1; input 0 is the only one.
 struct TPlace {
@@ -48,9 +25,9 @@ struct TPlace {
 };
 
 /// One way to show resolutions.
-class TReport {
+class TForm {
  public:
-  virtual ~TReport() = default;
+  virtual ~TForm() = default;
   /// What is shown next is for that input of the task.
   virtual void Begin(const NQ_TString&) {}
   virtual void Show(const TPlace& place, const TResolution& resolution) = 0;
@@ -58,16 +35,17 @@ class TReport {
 };
 
 /// Results on standard output, the rest on standard error.
-class TPlainReport final : public TReport {
+class TPlainForm final : public TForm {
  public:
-  TPlainReport(TData& data, TDiagnostics& diagnostics) : data_(data), diagnostics_(diagnostics) {}
+  TPlainForm(TData& data, TDiagnostics& diagnostics) : data_(data), diagnostics_(diagnostics) {}
 
   void Show(const TPlace& place, const TResolution& resolution) override {
     const std::string where = place.Prefix();
-    for (const TFailure& failure : resolution.failures.list) diagnostics_.Line({where, Sentence(failure)});
-    if (resolution.failures.more) diagnostics_.Line({where, kMore});
-    for (const std::string& hint : resolution.hints) diagnostics_.Line({where, "note: ", hint});
-    data_.Line(resolution.result.Narrow());
+    const TNameReport& report = resolution.report;
+    for (const std::string& line : FailureLines(report)) diagnostics_.Line({where, line});
+    for (const TRemark& remark : resolution.remarks) diagnostics_.Line({where, "note: ", remark.text});
+    for (const TNameProblem& note : report.Notes()) diagnostics_.Line({where, "note: ", Sentence(note)});
+    data_.Result(resolution.result.Narrow());
   }
 
  private:
@@ -76,9 +54,9 @@ class TPlainReport final : public TReport {
 };
 
 /// All of a template's lines together: the columns need no alignment, whatever the width of the characters.
-class TTableReport final : public TReport {
+class TTableForm final : public TForm {
  public:
-  explicit TTableReport(TData& data) : data_(data) {}
+  explicit TTableForm(TData& data) : data_(data) {}
 
   void Begin(const NQ_TString& input) override { data_.Line("input " + Printable(input.Narrow())); }
 
@@ -87,9 +65,9 @@ class TTableReport final : public TReport {
     data_.Line(std::string(first.size() < 3 ? 3 - first.size() : 0, ' ') + first + "  " +
                Printable(resolution.text.Narrow()));
     Row(resolution.ok ? "=" : "!", Printable(resolution.result.Narrow()));
-    for (const TFailure& failure : resolution.failures.list) Row(" ", Sentence(failure));
-    if (resolution.failures.more) Row(" ", kMore);
-    for (const std::string& hint : resolution.hints) Row(" ", "note: " + hint);
+    for (const std::string& line : FailureLines(resolution.report)) Row(" ", line);
+    for (const TRemark& remark : resolution.remarks) Row(" ", "note: " + remark.text);
+    for (const TNameProblem& note : resolution.report.Notes()) Row(" ", "note: " + Sentence(note));
   }
 
   void Finish(std::size_t templates, std::size_t failed) override {
@@ -108,44 +86,43 @@ class TTableReport final : public TReport {
 };
 
 /// One object per template.
-class TJsonReport final : public TReport {
+class TJsonForm final : public TForm {
  public:
-  explicit TJsonReport(TData& data) : data_(data) {}
+  explicit TJsonForm(TData& data) : data_(data) {}
 
   void Begin(const NQ_TString& input) override { input_ = Utf8(input); }
 
   void Show(const TPlace&, const TResolution& resolution) override {
     TJson line = {{"template", Utf8(resolution.text)}, {"result", Utf8(resolution.result)}, {"ok", resolution.ok}};
     if (!input_.empty()) line["input"] = input_;
+    const TNameReport& report = resolution.report;
+    TNamePlaces places(resolution.text);
     line["failures"] = TJson::array();
-    for (const TFailure& failure : resolution.failures.list) line["failures"].push_back(ObjectOf(failure));
-    if (resolution.failures.more) line["moreFailures"] = true;
-    line["notes"] = resolution.hints;
-    data_.Line(line.dump());
+    for (const TNameProblem& failure : report.Failures()) line["failures"].push_back(JsonOf(failure, places));
+    if (report.FailureCount() > report.Failures().size()) line["moreFailures"] = true;
+    line["notes"] = TJson::array();
+    for (const TRemark& remark : resolution.remarks)
+      line["notes"].push_back({{"kind", remark.kind}, {"reason", remark.text}});
+    for (const TNameProblem& note : report.Notes()) line["notes"].push_back(JsonOf(note, places));
+    if (report.NoteCount() > report.Notes().size()) line["moreNotes"] = true;
+    data_.Line(PrintableJson(line.dump()));
   }
 
  private:
-  static TJson ObjectOf(const TFailure& failure) {
-    TJson object = {{"token", Utf8(failure.token)}, {"kind", failure.kind}, {"reason", failure.reason}};
-    object["within"] = TJson::array();
-    for (const NQ_TString& key : failure.within) object["within"].push_back(Utf8(key));
-    return object;
-  }
-
   TData& data_;
   std::string input_;
 };
 
-std::unique_ptr<TReport> ReportFor(const TOptions& options, TData& data, TDiagnostics& diagnostics) {
+std::unique_ptr<TForm> FormFor(const TOptions& options, TData& data, TDiagnostics& diagnostics) {
   switch (options.form.value_or(TOptions::TForm::Plain)) {
     case TOptions::TForm::Json:
-      return std::make_unique<TJsonReport>(data);
+      return std::make_unique<TJsonForm>(data);
     case TOptions::TForm::Table:
-      return std::make_unique<TTableReport>(data);
+      return std::make_unique<TTableForm>(data);
     case TOptions::TForm::Plain:
       break;
   }
-  return std::make_unique<TPlainReport>(data, diagnostics);
+  return std::make_unique<TPlainForm>(data, diagnostics);
 }
 
 /// Templates to resolve, once for each input of a task: those read are kept when another input comes.
@@ -158,38 +135,36 @@ class TBatch {
         calls_(calls),
         texts_(options.texts),
         diagnostics_(texts_.FromInput()),
-        report_(ReportFor(options, data_, diagnostics_)) {}
+        form_(FormFor(options, data_, diagnostics_)) {}
 
   /// With the names as they are: those of the first input.
   void ReadAndResolve() {
     const bool more = task_.Inputs() > 1;
-    if (task_.IsGiven()) report_->Begin(task_.InputText(0));
-    TResolver resolver(names_, log_, calls_);
+    if (task_.IsGiven()) form_->Begin(task_.InputText(0));
     while (std::optional<std::string> text = texts_.Next()) {
-      Resolve(resolver, {more ? 1U : 0U, texts_.Count()}, *text);
+      Resolve({more ? 1U : 0U, texts_.Count()}, *text);
       if (more) kept_.push_back(std::move(*text));
     }
   }
 
   void ResolveKeptFor(std::size_t input) {
     task_.Reset(names_, input, calls_);
-    report_->Begin(task_.InputText(input));
-    TResolver resolver(names_, log_, calls_);
-    for (std::size_t i = 0; i < kept_.size(); ++i) Resolve(resolver, {input + 1, i + 1}, kept_[i]);
+    form_->Begin(task_.InputText(input));
+    for (std::size_t i = 0; i < kept_.size(); ++i) Resolve({input + 1, i + 1}, kept_[i]);
   }
 
   int Finish() {
-    report_->Finish(done_, failed_);
+    form_->Finish(done_, failed_);
     if (calls_.HaveFailed()) return kExitServiceFailed;
     return failed_ == 0 ? kExitResolved : kExitFailedTokens;
   }
 
  private:
-  void Resolve(TResolver& resolver, const TPlace& place, const std::string& text) {
-    const TResolution resolution = resolver.Resolve(text);
+  void Resolve(const TPlace& place, const std::string& text) {
+    const TResolution resolution = ResolveTemplate(names_, log_, text);
     ++done_;
     if (!resolution.ok) ++failed_;
-    report_->Show(place, resolution);
+    form_->Show(place, resolution);
     // Some names have a value also when their service fails; nothing else would tell why the tool ends as it does.
     const std::string failure = calls_.TakeFailure();
     if (resolution.ok && !failure.empty()) diagnostics_.Line({place.Prefix(), "a service failed: ", failure});
@@ -203,7 +178,7 @@ class TBatch {
   TTexts texts_;
   TData data_;
   TDiagnostics diagnostics_;
-  std::unique_ptr<TReport> report_;
+  std::unique_ptr<TForm> form_;
   std::vector<std::string> kept_;
   std::size_t done_ = 0;
   std::size_t failed_ = 0;

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "Errors.h"
+#include "Text.h"
 
 namespace {
 
@@ -71,6 +72,8 @@ void TData::Line(std::string_view line) {
     }
   }
 }
+
+void TData::Result(std::string_view text) { IsTerminal() ? Line(Printable(text)) : Line(text); }
 
 bool TData::IsTerminal() { return isatty(STDOUT_FILENO) != 0; }
 

@@ -36,6 +36,8 @@ class TTexts {
 class TData {
  public:
   void Line(std::string_view line);
+  /// A line of text from anywhere: on a terminal without what could change it.
+  void Result(std::string_view text);
   static bool IsTerminal();
 };
 

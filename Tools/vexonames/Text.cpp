@@ -27,6 +27,8 @@ void ForEachCharacter(std::string_view utf8, Visit visit) {
 // These reorder what stands beside them, so that a name could be made to read like another one.
 bool IsDirectionMark(UChar32 c) { return u_hasBinaryProperty(c, UCHAR_BIDI_CONTROL) != 0; }
 
+bool Controls(UChar32 c) { return u_iscntrl(c) != 0 || IsDirectionMark(c); }
+
 void AppendEscaped(UChar32 c, std::string& out) {
   if (c == '\t') {
     out += "\\t";
@@ -47,11 +49,26 @@ std::string Printable(std::string_view text) {
   std::string out;
   out.reserve(utf8.size());
   ForEachCharacter(utf8, [&](UChar32 c, std::string_view bytes) {
-    if (u_iscntrl(c) != 0 || IsDirectionMark(c)) {
+    if (Controls(c)) {
       AppendEscaped(c, out);
     } else {
       out += bytes;
     }
+  });
+  return out;
+}
+
+std::string PrintableJson(std::string_view json) {
+  std::string out;
+  out.reserve(json.size());
+  ForEachCharacter(json, [&](UChar32 c, std::string_view bytes) {
+    if (!Controls(c)) {
+      out += bytes;
+      return;
+    }
+    char code[16];
+    std::snprintf(code, sizeof code, "\\u%04X", static_cast<unsigned int>(c));
+    out += code;
   });
   return out;
 }

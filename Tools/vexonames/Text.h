@@ -9,6 +9,9 @@
 /// become \t, \n, \x1B and the like, direction marks \u202E. Everything else stays, backslashes too.
 std::string Printable(std::string_view text);
 
+/// JSON that says the same, with the characters that `Printable` makes visible as its \u escapes.
+std::string PrintableJson(std::string_view json);
+
 /// The text, or its beginning and its end with "..." between them, when it has more than that many characters.
 std::string Shortened(std::string_view text, std::size_t limit = 200);
 

@@ -7,7 +7,6 @@
 #include "Streams.h"
 #include "Suggest.h"
 #include "Text.h"
-#include "Tokens.h"
 
 namespace {
 
@@ -32,25 +31,21 @@ class TTranslatorOfTexts {
     for (const auto& [from, to] : back_ ? displayed_.ByText() : displayed_.ByKey()) known_.push_back(from);
   }
 
-  TTranslation Translate(const NQ_TString& text) const { return back_ ? Backward(text) : Forward(text); }
+  TTranslation Translate(const NQ_TString& text) { return back_ ? Backward(text) : Forward(text); }
 
  private:
   // The engine leaves tokens of unknown names alone. Attributes have no place in the translation.
-  TTranslation Forward(const NQ_TString& text) const {
+  TTranslation Forward(const NQ_TString& text) {
     TTranslation translation;
     names_.Translate(text, TMapTranslator(displayed_.ByKey(), prefix_, suffix_), translation.result);
-    const std::u16string_view units = text.StringView();
-    for (const TTokenPlace& place : ScanTemplate(units).tokens) {
-      if (place.textBegin == place.textEnd) continue;
-      const NQ_TString token(units.substr(place.begin, place.end - place.begin));
-      const TMapTranslator one(displayed_.ByKey(), prefix_, suffix_);
-      NQ_TString translated;
-      names_.Translate(token, one, translated);
-      if (translated == token) {
-        translation.unknown.push_back(Quoted(token) + " names nothing that is defined");
-      } else if (token.Find("=\"") >= 0) {
-        translation.hints.push_back(Quoted(token) + ": its attributes are left out");
-      }
+    const TNameExplanation explained = displayed_.Explain(text);
+    for (const TNameProblem& failure : explained.Report().Failures()) {
+      if (failure.Kind() == TNameProblem::TNameProblem_KindUndefined)
+        translation.unknown.push_back(Quoted(failure.Token()) + " names nothing that is defined");
+    }
+    for (const TNameExplanation::TToken& token : explained.Tokens()) {
+      if (displayed_.ByKey().contains(token.key) && token.token.Find("=\"") >= 0)
+        translation.hints.push_back(Quoted(token.token) + ": its attributes are left out");
     }
     return translation;
   }
@@ -78,14 +73,14 @@ void ShowJson(const NQ_TString& text, const TTranslation& translation, TData& da
                       {"ok", translation.unknown.empty()},
                       {"failures", translation.unknown},
                       {"notes", translation.hints}};
-  data.Line(line.dump());
+  data.Line(PrintableJson(line.dump()));
 }
 
 void Show(std::size_t number, const TTranslation& translation, TData& data, TDiagnostics& diagnostics) {
   const std::string where = "text " + std::to_string(number) + ": ";
   for (const std::string& unknown : translation.unknown) diagnostics.Line({where, unknown});
   for (const std::string& hint : translation.hints) diagnostics.Line({where, "note: ", hint});
-  data.Line(translation.result.Narrow());
+  data.Result(translation.result.Narrow());
 }
 
 }  // namespace
@@ -94,7 +89,7 @@ int RunTranslate(TName& names, const TOptions& options) {
   TTexts texts(options.texts);
   TData data;
   TDiagnostics diagnostics(texts.FromInput());
-  const TTranslatorOfTexts translator(names, options);
+  TTranslatorOfTexts translator(names, options);
   bool all = true;
   while (const std::optional<std::string> utf8 = texts.Next()) {
     const NQ_TString text{std::string_view(*utf8)};

@@ -4,8 +4,7 @@
 //   Context, Records, Task,
 //   KeyTable                    the context file; JsonFile, JsonNode: JSON with good manners
 //   *Command, Displayed         the commands
-//   Resolver                    a template with all there is to say about it; Diagnosis, Cause: why tokens failed;
-//                               Hints: probable mistakes; Tokens, EngineLog: what these look at
+//   Resolution, ProblemText     a template with all there is to say about it; EngineLog: what the engine logs
 //   Streams, Text, TimeText, Suggest, Errors
 #include <csignal>
 #include <iostream>

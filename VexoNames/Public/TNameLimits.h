@@ -29,10 +29,22 @@ struct TNameLimits {
   /// Time that the regular expressions of a public call may take together, by the clock. The hardest single search
   /// takes about a second.
   std::int64_t regexMilliseconds = 10'000;
-  /// XML files that values are read from, which are small: the size of one; its elements, attributes and other nodes;
-  /// how deep elements lie within each other; how many entities it may use. A file beyond a limit is not loaded.
+  /// XML files that values are read from, which are small: a file beyond a limit is not loaded, and the log tells
+  /// which. Its size in bytes; also the characters that the entities it uses and attributes with a declared value add
+  /// to it.
   std::int64_t xmlBytes = std::int64_t{16} * 1024 * 1024;
+  /// Elements, attributes and other nodes; the attributes of one element; how deep elements lie within each other.
   std::int64_t xmlNodes = 500'000;
+  int xmlAttributes = 1'000;
   int xmlDepth = 1'000;
+  /// Entities used, each time counted, those inside entities included.
   int xmlEntities = 10'000;
+  /// Characters of the document type declaration inside the file, those of the entities used there included (each as
+  /// the longest declared so far). The file is read in pieces of 48 KiB: that much may escape the count.
+  std::int64_t xmlDoctype = 256 * 1024;
+  /// Comparisons of names: the XML library may compare each element, attribute or ID with all different ones before it.
+  /// So many take about a second. 14,000 elements may each have a name of their own, 500,000 share 200 names.
+  std::int64_t xmlNameSteps = 100'000'000;
+  /// Bytes of memory for a file and what it holds. A file at the limits above takes about 100 MiB.
+  std::int64_t xmlMemory = std::int64_t{256} * 1024 * 1024;
 };

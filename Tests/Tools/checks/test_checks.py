@@ -22,6 +22,7 @@ LAYERS = [
     (SOURCE + "templatenames/text/Scan.h", '"engine/Entry.h"', SOURCE + "templatenames/engine/Entry.h", "does not include"),
     (SOURCE + "templatenames/facade/TName.cpp", '"text/Scan.h"', SOURCE + "templatenames/text/Scan.h", None),
     (SOURCE + "templatenames/facade/TName.cpp", '"SimpleXMLValueLookup.h"', SOURCE + "SimpleXMLValueLookup.h", "above"),
+    (SOURCE + "xml/Memory.h", '"SimpleXMLValueLookup.h"', SOURCE + "SimpleXMLValueLookup.h", "above"),
     (SOURCE + "systemnames/U.cpp", '"SimpleXMLValueLookup.h"', SOURCE + "SimpleXMLValueLookup.h", None),
     ("Tools/vexonames/main.cpp", '"TName.h"', "VexoNames/Public/TName.h", None),
     ("Tools/vexonames/main.cpp", '"Context.h"', "Tools/vexonames/Context.h", None),

@@ -5,58 +5,33 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <mutex>
 #include <type_traits>
 
 #include "NQ_EException.h"
 #include "NQ_TFileInfo.h"
-#include "SimpleXMLValueLookupMemory.h"
-#include "SimpleXMLValueLookupParser.h"
+#include "xml/BoundedParser.h"
+#include "xml/Memory.h"
 
 namespace xmlvalues {
 namespace {
 
 using xercesc::DOMElement;
 using xercesc::DOMNode;
-using xercesc::XMLString;
 
 static_assert(std::is_same_v<XMLCh, char16_t>, "text goes over as it is");
 
-// The node after this one in document order, below the root.
-const DOMNode* NextBelow(const DOMNode* node, const DOMNode* root) {
-  if (const DOMNode* child = node->getFirstChild(); child != nullptr) return child;
-  for (; node != root; node = node->getParentNode())
-    if (const DOMNode* sibling = node->getNextSibling(); sibling != nullptr) return sibling;
-  return nullptr;
-}
-
-bool IsElement(const DOMNode* node) { return node->getNodeType() == DOMNode::ELEMENT_NODE; }
-
-// The next element of that name in document order, below the root.
-const DOMNode* NextNamed(const DOMNode* node, const DOMNode* root, const XMLCh* name) {
-  do {
-    node = NextBelow(node, root);
-  } while (node != nullptr && !(IsElement(node) && XMLString::equals(node->getNodeName(), name)));
-  return node;
-}
-
-const DOMNode* NextSiblingElement(const DOMNode* node) {
-  do {
-    node = node->getNextSibling();
-  } while (node != nullptr && !IsElement(node));
-  return node;
-}
-
-// The value element of the first pair with that key.
-const DOMNode* FindPair(const DOMElement* root, const XMLCh* key, const XMLCh* nameTag, const XMLCh* valueTag) {
-  for (const DOMNode* name = NextNamed(root, root, nameTag); name != nullptr; name = NextNamed(name, root, nameTag)) {
-    if (!XMLString::equals(GetFirstTextValue(name), key)) continue;
-    const DOMNode* const value = NextSiblingElement(name);
-    if (value != nullptr && XMLString::equals(value->getNodeName(), valueTag)) return value;
-  }
-  return nullptr;
+// The XML library's life. Never destroyed: threads may ask for it while the process ends.
+struct TLife {
+  std::mutex mutex;
+  int platforms = 0;  // not stopped
+  int uses = 0;
+};
+TLife& Life() {
+  static TLife& life = *new TLife;
+  return life;
 }
 
 // Each kind of error has a line of its own: reports tell them apart by it, whatever is edited here.
@@ -79,16 +54,36 @@ xercesc::DOMDocument* Parse(const NQ_TString& file, const TNameLimits& limits, T
 
 }  // namespace
 
-TXMLPlatform::TXMLPlatform() { xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); }
+TXMLPlatform::TXMLPlatform() {
+  const std::lock_guard lock(Life().mutex);
+  xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale);
+  ++Life().platforms;
+}
 
-TXMLPlatform::~TXMLPlatform() { xercesc::XMLPlatformUtils::Terminate(); }
+TXMLPlatform::~TXMLPlatform() {
+  const std::lock_guard lock(Life().mutex);
+  if (Life().uses > 0) return;
+  --Life().platforms;
+  xercesc::XMLPlatformUtils::Terminate();
+}
+
+TXMLUse::TXMLUse() {
+  const std::lock_guard lock(Life().mutex);
+  if (Life().platforms == 0) nq::Throw(NQ_EException("The XML library is not running"));
+  ++Life().uses;
+}
+
+TXMLUse::~TXMLUse() {
+  const std::lock_guard lock(Life().mutex);
+  --Life().uses;
+}
 
 xercesc::DOMDocument* LoadXMLDocument(const NQ_TURL& url, const TNameLimits& limits) {
   const NQ_TString file = NQ_TFileInfo(url, false).LocalName();
   std::unique_ptr<TMemory, TFreeAll> memory(&TMemory::Make());  // outside: what the parser throws has its text there
   try {
     xercesc::DOMDocument* const document = Parse(file, limits, *memory);
-    memory.release()->LeaveToDocument();
+    memory.release()->LeaveTo(document);
     return document;
   } catch (...) {
     RaiseAsFrameworkError(file);
@@ -116,26 +111,23 @@ void RaiseAsFrameworkError(const NQ_TString& file) {
   }
 }
 
-bool LookupXMLValue(const DOMElement* root, const NQ_TString& key, NQ_TString& value) {
-  const XMLCh* const text = FindXMLValue(root, key.WideText(), true, u"name", u"value");
+TValueIndex IndexXMLValues(const DOMElement* root) { return {root, u"name", u"value"}; }
+
+bool LookupXMLValue(const TValueIndex& index, const NQ_TString& key, NQ_TString& value) {
+  const XMLCh* const text = index.Find(key.WideText(), true);
   value = NQ_TString(text);
   return text != nullptr;
 }
 
-const XMLCh* FindXMLValue(const DOMElement* root, const XMLCh* key, bool fallback, const XMLCh* nameTag,
-                          const XMLCh* valueTag) {
-  if (nameTag != nullptr && valueTag != nullptr) {
-    const XMLCh* const text = GetFirstTextValue(FindPair(root, key, nameTag, valueTag));
-    if (text != nullptr) return text;
-  }
-  return fallback ? GetFirstTextValue(NextNamed(root, root, key)) : nullptr;
+bool LookupXMLValue(const DOMElement* root, const NQ_TString& key, NQ_TString& value) {
+  return LookupXMLValue(IndexXMLValues(root), key, value);
 }
 
-const XMLCh* GetFirstTextValue(const DOMNode* node) {
-  if (node == nullptr) return nullptr;
-  for (const DOMNode* child = node->getFirstChild(); child != nullptr; child = child->getNextSibling())
-    if (child->getNodeType() == DOMNode::TEXT_NODE) return child->getNodeValue();
-  return nullptr;
+const XMLCh* FindXMLValue(const DOMElement* root, const XMLCh* key, bool fallback, const XMLCh* nameTag,
+                          const XMLCh* valueTag) {
+  return TValueIndex(root, nameTag, valueTag).Find(key, fallback);
 }
+
+const XMLCh* GetFirstTextValue(const DOMNode* node) { return FirstText(node); }
 
 }  // namespace xmlvalues

@@ -9,11 +9,17 @@
 // An element's text is its first text child, white space included; CDATA sections do not count. Names are compared
 // character by character, without namespaces.
 //
-// Files are untrusted: nothing outside the file is read (no external entity, no network), only plain files are opened,
-// and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails to load, as one with a fault does.
+//   const TXMLUse use;
+//   const TDocument document(LoadXMLDocument(url, limits));
+//   const TValueIndex index = IndexXMLValues(document->getDocumentElement());
+//   bool found = LookupXMLValue(index, "Customer", value);
+//
+// Files are untrusted: nothing outside the file is read (an external document type declaration or entity counts as
+// empty), only plain files are opened, and what a file may cost is bounded (TNameLimits.h). A file that oversteps fails
+// to load, as one with a fault does; the message names the limit.
 //
 // Threads: any, each with documents of its own. A TXMLPlatform must exist before the first load and until the last
-// document is released.
+// document is released; TXMLUse sees to that where another thread may end the platform.
 #pragma once
 
 #include <xercesc/dom/DOM.hpp>
@@ -21,19 +27,30 @@
 #include <memory>
 
 #include "TNameLimits.h"
+#include "xml/ValueIndex.h"
 
 class NQ_TString;
 class NQ_TURL;
 
 namespace xmlvalues {
 
-/// Starts the XML library and stops it again.
+/// Starts the XML library and stops it again, unless a TXMLUse exists then: a thread that still reads a file while the
+/// process ends goes on, and the library stays as it is.
 class TXMLPlatform {
  public:
   TXMLPlatform();
   ~TXMLPlatform();
   TXMLPlatform(const TXMLPlatform&) = delete;
   TXMLPlatform& operator=(const TXMLPlatform&) = delete;
+};
+
+/// Keeps the XML library from being stopped. Throws NQ_EException where there is no TXMLPlatform, or no longer.
+class TXMLUse {
+ public:
+  TXMLUse();
+  ~TXMLUse();
+  TXMLUse(const TXMLUse&) = delete;
+  TXMLUse& operator=(const TXMLUse&) = delete;
 };
 
 /// Reads the file that the URL names. The document is the caller's, who releases it. Throws NQ_EException with a
@@ -46,7 +63,11 @@ struct TRelease {
 };
 using TDocument = std::unique_ptr<xercesc::DOMDocument, TRelease>;
 
+/// What LookupXMLValue needs to know of a document, found in one walk: for looking up several keys.
+TValueIndex IndexXMLValues(const xercesc::DOMElement* root);
+
 /// Stores the key's value; false, and an empty value, when the document has none.
+bool LookupXMLValue(const TValueIndex& index, const NQ_TString& key, NQ_TString& value);
 bool LookupXMLValue(const xercesc::DOMElement* root, const NQ_TString& key, NQ_TString& value);
 
 /// The text of the first valueTag that follows a nameTag whose text is the key. Else, when asked to fall back, or

@@ -20,11 +20,11 @@ NQ_TString NameOf(const NQ_TString& parameter) { return TName::Encode(NQ_TString
 
 // Reads one parameter; what goes wrong is told, and the next one follows.
 void UpdateWorkflowParameterFromXML(int debugLevel, const NQ_TURL& file, const NQ_TString& parameter, TName& names,
-                                    const xercesc::DOMElement* root) {
+                                    const xmlvalues::TValueIndex& values) {
   try {
     if (debugLevel > 5) Log(6, "Looking up Workflow Parameter ", parameter);
     NQ_TString value;
-    if (!xmlvalues::LookupXMLValue(root, parameter, value)) return;
+    if (!xmlvalues::LookupXMLValue(values, parameter, value)) return;
     if (debugLevel > 3) Log(4, "Updating Workflow Parameter ", parameter, " with value=", value, " from ", file);
     names.SetValue(NameOf(parameter), value);
   } catch (const NQ_EException& error) {
@@ -89,11 +89,12 @@ void VexoNameUtils::UpdateWorkflowParametersFromXML(const NQ_TURL& file, const N
   try {
     static const xmlvalues::TXMLPlatform platform;
     if (debugLevel_ > 1) Log(2, "Looking up XML Workflow Parameters in ", file);
+    const xmlvalues::TXMLUse use;  // the process may end meanwhile, and the platform with it
     const xmlvalues::TDocument document(xmlvalues::LoadXMLDocument(file, names.GetLimits()));
+    const xmlvalues::TValueIndex values = xmlvalues::IndexXMLValues(document->getDocumentElement());
     for (NQ_TConstIterator i(parameters); !i.IsDone(); i.Next()) {
       const NQ_TString parameter = i.Key();
-      if (!(parameter == kFiles))
-        UpdateWorkflowParameterFromXML(debugLevel_, file, parameter, names, document->getDocumentElement());
+      if (!(parameter == kFiles)) UpdateWorkflowParameterFromXML(debugLevel_, file, parameter, names, values);
     }
   } catch (const NQ_EException& error) {
     Log(0, "Failed to update Workflow Parameter values from '", file, "'.  Caused by:\n", error);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <sstream>
 
+#include "NQM_ECallFailed.h"
 #include "NQ_EException.h"
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
@@ -168,8 +169,8 @@ bool DoQuery(TEngine& engine, const NQ_TString& host, const NQ_TString& server, 
       Log(1, server, '@', host, ':', method, '(', params, ") generated an ", generated, error...);
     return false;
   };
-  const auto tell = [&](const NQ_TString& reason) {
-    said = server + "@" + host + " failed in " + method + ": " + reason;
+  const auto answered = [&](const NQ_TString& text) {
+    return (host.Empty() ? server : server + "@" + host) + " answered " + method + ": " + text;
   };
   try {
     const auto client = engine.proxyProvider != nullptr ? engine.proxyProvider->GetClient(host, server)
@@ -180,10 +181,11 @@ bool DoQuery(TEngine& engine, const NQ_TString& host, const NQ_TString& server, 
     client->Call(request, result);
     return true;
   } catch (const NQ_EException& error) {
-    tell(TextOf(error));
+    const bool saysWho = dynamic_cast<const NQM_ECallFailed*>(&error) != nullptr;
+    said = saysWho ? TextOf(error) : answered(TextOf(error));
     return failed("exception:", error);
   } catch (...) {
-    tell("an unknown exception");
+    said = answered("an unknown exception");
     return failed("unknown exception:");
   }
 }
