@@ -28,12 +28,12 @@ std::vector<Row> Read(const std::string& path, std::initializer_list<std::string
       continue;
     }
     setAbove = {};
-    if (isHead || rows.empty() || !next.text.starts_with("> ")) {
+    if (!rows.empty() && (line[0] == ' ' || (!isHead && next.text.starts_with("> ")))) {
+      rows.back().below += line + '\n';
+    } else {
       next.text = line;
       rows.push_back(next);
       if (isHead) rows.back().text.erase(0, 2);
-    } else {
-      rows.back().below += line + '\n';
     }
   }
   return rows;

@@ -2,8 +2,10 @@
 //
 //   names: text A = x                 a setting, which holds for the rows below; "names: " is one of the given words
 //   resolve <A/> => x                 a row
-//   > resolve <A/>                    a row with lines below it, which say what it leads to
+//   > resolve <A/>                    a row with lines below it, which say what it leads to: up to the next "> "
 //   TName::Resolve: "<A/>"
+//   options {"Decimals": 2}           or such as begin with a blank
+//    option-value: the options have no effect without DataFormat
 //
 // Empty lines are for the reader, and lines that begin with "#".
 //

@@ -6,8 +6,8 @@
 #include "Support.h"
 #include "engine/FormattingStep.h"
 #include "formatting/CheckOptions.h"
-#include "formatting/JsonOptions.h"
 #include "formatting/number/Units.h"
+#include "systemnames/Office.h"
 #include "text/PrintfRefusal.h"
 #include "text/StageFindings.h"
 
@@ -22,24 +22,24 @@ using TArguments = std::vector<TJson>;
 NQ_TString TextAt(const TArguments& arguments, std::size_t at) { return S(arguments.at(at).get<string>()); }
 
 string Said(const NQ_TString& reason, const NQ_TString& suggestion) {
-  return Text(reason) + (suggestion.Empty() ? "" : " => " + Text(suggestion)) + '\n';
+  return ' ' + Text(reason) + (suggestion.Empty() ? "" : " => " + Text(suggestion)) + '\n';
 }
 
 string Said(const TFindings& findings) {
   string said;
   for (const TFinding& finding : findings.All())
-    said += string(TNameProblem::NameOf(finding.kind)) + ": " + Said(finding.reason, finding.suggestion);
+    said += ' ' + string(TNameProblem::NameOf(finding.kind)) + ':' + Said(finding.reason, finding.suggestion);
   return said;
 }
 
 string OfOptions(const TArguments& arguments) {
   TFindings findings;
-  CheckOptions(formatting_test::JsonOptions(arguments.at(0)), findings);
+  CheckOptions(system_test::Dict(arguments.at(0).dump()), findings);
   return Said(findings);
 }
 
 string OfValue(const TArguments& arguments) {
-  const NQ_TDict options = formatting_test::JsonOptions(arguments.at(0));
+  const NQ_TDict options = system_test::Dict(arguments.at(0).dump());
   NQ_TString value = TextAt(arguments, 1), unasked = value;
   TFindings findings;
   Output log;
@@ -100,7 +100,7 @@ TArguments ArgumentsIn(const string& line) {
   return arguments;
 }
 
-TEST(Findings, EveryRow) {
+const RowFile file("Findings.txt", {}, [](const Row& row) {
   const std::map<string, std::function<string(const TArguments&)>> kinds = {
       {"options", OfOptions},
       {"value", OfValue},
@@ -110,23 +110,9 @@ TEST(Findings, EveryRow) {
       {"number", OfFormat<TPrintfFormat::TKind::Integer>},
       {"text", OfFormat<TPrintfFormat::TKind::Text>},
   };
-  string line, expected;
-  const auto check = [&] {
-    if (line.empty()) return;
-    EXPECT_EQ(kinds.at(line.substr(0, line.find(' ')))(ArgumentsIn(line)), expected) << line;
-  };
-  for (const string& next : Lines("Findings.txt")) {
-    if (next[0] == ' ') {
-      expected += next.substr(1) + '\n';
-      continue;
-    }
-    check();
-    const std::size_t arrow = next.rfind("=>");
-    line = next.substr(0, arrow);
-    expected = arrow == next.npos ? "" : next.substr(arrow);
-  }
-  check();
-}
+  const string head = row.text.substr(0, row.text.rfind("=>")), given = row.text.substr(head.size());
+  EXPECT_EQ(kinds.at(head.substr(0, head.find(' ')))(ArgumentsIn(head)), given + row.below);
+});
 
 }  // namespace
 }  // namespace names_test

@@ -50,24 +50,27 @@ const rows_test::RowFile file("Addresses.txt", {}, [](const rows_test::Row& row)
 
 TEST(GrpcCalls, FailuresOfTheServiceReachTheCaller) {
   TNetwork network;
-  const std::string failed =
-      "NQM_ECallFailed: Calling \"Go\" at it@localhost:" + std::to_string(network.server->Port()) + ": ";
+  const CFS_TProxy proxy;  // its exceptions are known from now on
+  const std::string failed = "NQM_ECallFailed: Calling \"Go\" at it@localhost:PORT: ";
+  const std::string data = " [{Method = Go, Address = it@localhost:PORT, Cause = service failed}]";
   const NQM_ECallFailed further({"h", "S"}, Request("Up"), NQM_ECallFailed::kDeadline, "late");
-  const struct {
-    std::string thrown;
-    NQM_TService service;
-  } rows[] = {
+  const std::pair<std::string, NQM_TService> rows[] = {
       {"CFS_EValueNotSet: ç", [](auto&) -> NQ_TAny { nq::Throw(CFS_EValueNotSet("ç")); }},
-      {"NQM_ECallFailed: Calling \"Up\" at S@h: late", [&](auto&) -> NQ_TAny { nq::Throw(NQM_ECallFailed(further)); }},
-      {failed + "disk full", [](auto&) -> NQ_TAny { throw std::runtime_error("disk full"); }},
-      {failed + "an unknown exception", [](auto&) -> NQ_TAny { throw 5; }},
-      {failed + "the service's reply cannot travel: A pointer cannot be packed",
+      {"NQM_ECallFailed: Calling \"Up\" at S@h: late [{Method = Up, Address = S@h, Cause = deadline}]",
+       [&](auto&) -> NQ_TAny { nq::Throw(NQM_ECallFailed(further)); }},
+      {failed + "disk full" + data, [](auto&) -> NQ_TAny { throw std::runtime_error("disk full"); }},
+      {failed + "an unknown exception" + data, [](auto&) -> NQ_TAny { throw 5; }},
+      {failed + "the service's reply cannot travel: A pointer cannot be packed" + data,
        [](auto&) { return NQ_TAny(NQ_TPointer()); }},
   };
-  const CFS_TProxy proxy;  // its exceptions are known from then on
-  for (const auto& row : rows) {
-    network.services->Add("", "it", row.service);
-    EXPECT_EQ(Thrown([&] { network.Call("it", Request()); }), row.thrown);
+  const std::regex port("localhost:" + std::to_string(network.server->Port()));
+  for (const auto& [thrown, service] : rows) {
+    network.services->Add("", "it", service);
+    try {
+      ADD_FAILURE() << network.Call("it", Request());
+    } catch (const NQ_EException& error) {
+      EXPECT_THAT(std::regex_replace(Printed(error), port, "localhost:PORT"), testing::StartsWith(thrown));
+    }
   }
 }
 
@@ -170,94 +173,81 @@ TEST(GrpcServer, ListensAtAnIPv6Number) {
 }
 
 /// The other side, bare: notes who calls, and answers what it is told.
-class TBareServer final : public vexonames::wire::Middleware::Service {
- public:
-  using TReply = vexonames::wire::Reply;
-
+struct TBareServer final : vexonames::wire::Middleware::Service {
   TBareServer() {
     grpc::ServerBuilder builder;
-    int port = 0;
     builder.AddListeningPort("localhost:0", grpc::InsecureServerCredentials(), &port);
     builder.RegisterService(this);
     builder.SetMaxSendMessageSize(-1);
-    server_ = builder.BuildAndStart();
-    port_ = static_cast<std::uint16_t>(port);
+    server = builder.BuildAndStart();
   }
-  grpc::Status Call(grpc::ServerContext* context, const vexonames::wire::Request* request, TReply* out) override {
-    const std::lock_guard guard(lock_);
+  grpc::Status Call(grpc::ServerContext* context, const vexonames::wire::Request* request,
+                    vexonames::wire::Reply* out) override {
+    const std::lock_guard guard(lock);
     ++calls;
-    peers_.insert(context->peer());
+    peers.insert(context->peer());
     if (request->zip_reply()) context->set_compression_algorithm(GRPC_COMPRESS_GZIP);
-    *out = reply_;
-    return status_;
+    *out = reply;
+    return status;
   }
   /// The cause of the failure of a call that is answered so.
-  std::string CauseOf(NQM_ITransport& transport, grpc::Status status, TReply reply = {}, bool zipped = false) {
+  std::string CauseOf(grpc::Status answered, const vexonames::wire::Reply& answer = {}, bool zipped = false) {
     {
-      const std::lock_guard guard(lock_);
-      status_ = std::move(status);
-      reply_ = std::move(reply);
+      const std::lock_guard guard(lock);
+      status = std::move(answered);
+      reply = answer;
     }
-    return TNetwork::Cause([&] { transport.Call({"", "", port_}, Request().Add("PZIPPED", zipped), 30s); });
-  }
-  std::size_t Peers() {
-    const std::lock_guard guard(lock_);
-    return peers_.size();
+    const NQM_TAddress address{"", "", static_cast<std::uint16_t>(port)};
+    return TNetwork::Cause([&] { transport.Call(address, Request().Add("PZIPPED", zipped), 30s); });
   }
 
+  NQM_TGrpcTransport transport;
   std::atomic<int> calls{0};
-
- private:
-  std::mutex lock_;
-  std::set<std::string> peers_;
-  grpc::Status status_;
-  TReply reply_;
-  std::uint16_t port_ = 0;
-  std::unique_ptr<grpc::Server> server_;
+  std::mutex lock;
+  std::set<std::string> peers;
+  grpc::Status status;
+  vexonames::wire::Reply reply;
+  int port = 0;
+  std::unique_ptr<grpc::Server> server;
 };
 
 // Nothing is sent twice, whatever the server says; all of it goes through one connection.
 TEST(GrpcCalls, AreSentOnceThroughOneConnection) {
-  using TCode = grpc::StatusCode;
+  using enum grpc::StatusCode;
   TBareServer bare;
-  NQM_TGrpcTransport transport;
   int calls = 0;
-  const struct {
-    const char* cause;
-    std::vector<TCode> codes;
-  } rows[] = {
-      {"unreachable", {TCode::UNAVAILABLE, TCode::CANCELLED, TCode::ABORTED, TCode::UNKNOWN, TCode::UNAUTHENTICATED}},
-      {"deadline", {TCode::DEADLINE_EXCEEDED}},
-      {"refused", {TCode::RESOURCE_EXHAUSTED, TCode::INVALID_ARGUMENT, TCode::INTERNAL}},
-      {"no service", {TCode::NOT_FOUND, TCode::UNIMPLEMENTED}},
-      {"refused", {TCode::OK}},  // the reply is empty
+  const std::pair<const char*, std::vector<grpc::StatusCode>> rows[] = {
+      {"unreachable", {UNAVAILABLE, CANCELLED, ABORTED, UNKNOWN, UNAUTHENTICATED}},
+      {"deadline", {DEADLINE_EXCEEDED}},
+      {"refused", {RESOURCE_EXHAUSTED, INVALID_ARGUMENT, INTERNAL, OK}},  // OK: the reply is empty
+      {"no service", {NOT_FOUND, UNIMPLEMENTED}},
   };
-  for (const auto& row : rows)
-    for (const TCode code : row.codes) {
-      EXPECT_EQ(bare.CauseOf(transport, grpc::Status(code, "as told")), row.cause) << code;
+  for (const auto& [cause, codes] : rows)
+    for (const grpc::StatusCode code : codes) {
+      EXPECT_EQ(bare.CauseOf(grpc::Status(code, "as told")), cause) << code;
       EXPECT_EQ(bare.calls, ++calls);
     }
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.emplace_back([&] {
-      for (int round = 0; round < 50; ++round) EXPECT_EQ(bare.CauseOf(transport, grpc::Status::OK), "refused");
-    });
-  for (auto& thread : threads) thread.join();
+  {
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t)
+      threads.emplace_back([&] {
+        for (int round = 0; round < 50; ++round) EXPECT_EQ(bare.CauseOf(grpc::Status::OK), "refused");
+      });
+  }
   EXPECT_EQ(bare.calls, calls + 200);
-  EXPECT_EQ(bare.Peers(), 1U);
+  EXPECT_EQ(bare.peers.size(), 1U);
 }
 
 // A reply in gRPC's own compression, which could unfold to anything and is not taken; and ones that are no values.
 TEST(GrpcCalls, RepliesThatLieAreRefused) {
   TBareServer bare;
-  NQM_TGrpcTransport transport;
-  TBareServer::TReply reply;
+  vexonames::wire::Reply reply;
   reply.set_value(std::string(30'000'000, '\0'));
-  EXPECT_EQ(bare.CauseOf(transport, grpc::Status::OK, reply, true), "no service");  // so gRPC reports it
+  EXPECT_EQ(bare.CauseOf(grpc::Status::OK, reply, true), "no service");  // so gRPC reports it
   reply.set_value("\xFF");
-  EXPECT_EQ(bare.CauseOf(transport, grpc::Status::OK, reply), "refused");
+  EXPECT_EQ(bare.CauseOf(grpc::Status::OK, reply), "refused");
   reply.mutable_zipped_value()->set_size(4'000'000'000U);
-  EXPECT_EQ(bare.CauseOf(transport, grpc::Status::OK, reply), "refused");
+  EXPECT_EQ(bare.CauseOf(grpc::Status::OK, reply), "refused");
 }
 
 // Many hosts: more than there are channels, each in turn.

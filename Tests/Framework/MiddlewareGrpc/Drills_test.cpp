@@ -1,10 +1,8 @@
 // Faults of the network and of the other side, on real connections of this computer.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <atomic>
+#include <boost/asio/ip/tcp.hpp>
 #include <mutex>
 #include <set>
 
@@ -20,21 +18,15 @@ namespace {
 /// A service that says when it has begun, and replies 1 when it is released.
 struct TSlow {
   TSlow(TNetwork& network, const char* name) {
-    network.services->Add("", name, [events = events](auto&) {
-      events->begun.Happen();
-      events->released.Await();
+    network.services->Add("", name, [begun = begun, released = released](auto&) {
+      begun->Happen();
+      released->Await();
       return NQ_TAny(1);
     });
   }
-  void AwaitBegin() const { events->begun.Await(); }
-  void Release() const { events->released.Happen(); }
 
- private:
-  struct TEvents {
-    TEvent begun, released;
-  };
   // Shared: a call may begin after its caller has given up.
-  const std::shared_ptr<TEvents> events = std::make_shared<TEvents>();
+  const std::shared_ptr<TEvent> begun = std::make_shared<TEvent>(), released = std::make_shared<TEvent>();
 };
 
 template <class Action>
@@ -42,22 +34,14 @@ auto Meanwhile(Action action) {
   return std::async(std::launch::async, std::move(action));
 }
 
-TEST(GrpcDrills, ServerNotThere) {
-  TNetwork network;
-  const NQM_TAddress address{"", "it", network.server->Port()};
-  network.server.reset();
-  for (const NQM_TAddress& nobody : {address, {"no-such-host.invalid", "it", 1}})
-    EXPECT_EQ(TNetwork::Cause([&] { network.transport->Call(nobody, Request(), 30s); }), "unreachable");
-}
-
 TEST(GrpcDrills, ServerStopsDuringACall) {
   TNetwork network;
   const TSlow slow(network, "slow");
   auto cause = Meanwhile([&] { return network.CauseOf("slow"); });
-  slow.AwaitBegin();
+  slow.begun->Await();
   auto stopped = Meanwhile([&] { network.server->Stop(); });
   EXPECT_EQ(cause.get(), "unreachable");  // the service is still at work
-  slow.Release();
+  slow.released->Happen();
   stopped.get();
 }
 
@@ -65,11 +49,12 @@ TEST(GrpcDrills, AGracefulStopLetsCallsEnd) {
   TNetwork network;
   const TSlow slow(network, "slow");
   auto cause = Meanwhile([&] { return network.CauseOf("slow"); });
-  slow.AwaitBegin();
+  slow.begun->Await();
   auto stopped = Meanwhile([&] { network.server->Stop(std::chrono::milliseconds::max()); });
   while (network.CauseOf("it").empty()) {  // until new calls are taken no more
   }
-  slow.Release();
+  EXPECT_EQ(cause.wait_for(100ms), std::future_status::timeout);
+  slow.released->Happen();
   EXPECT_EQ(cause.get(), "");
   stopped.get();
   network.server->Stop();  // once more does no harm
@@ -80,7 +65,7 @@ TEST(GrpcDrills, ReplyAfterTheDeadline) {
   const TSlow slow(network, "slow");
   EXPECT_EQ(network.CauseOf("slow", Request(), 50ms), "deadline");
   EXPECT_EQ(network.CauseOf("it"), "");  // the late one holds up nobody
-  slow.Release();
+  slow.released->Happen();
   EXPECT_EQ(network.CauseOf("it", Request(), std::chrono::milliseconds::max()), "");
 }
 
@@ -126,62 +111,26 @@ TEST(GrpcDrills, TooManyBytesAtATime) {
     return network.CauseOf(service, Request("Go", NQ_TString(std::string(900'000, 'x'))));
   };
   auto firstCause = Meanwhile([&] { return large("first"); });
-  first.AwaitBegin();
+  first.begun->Await();
   EXPECT_EQ(large("it"), "");
   auto secondCause = Meanwhile([&] { return large("second"); });
-  second.AwaitBegin();
+  second.begun->Await();
   EXPECT_EQ(large("it"), "refused");
   EXPECT_EQ(network.CauseOf("it"), "");
-  first.Release();
-  second.Release();
+  first.released->Happen();
+  second.released->Happen();
   EXPECT_EQ(firstCause.get() + secondCause.get(), "");
   EXPECT_EQ(large("it"), "");
 }
 
-// The reply is a value, but none that the caller can use.
-TEST(GrpcDrills, ReplyOfTheWrongKind) {
-  TNetwork network;
-  const auto before = NQM_TClient::SetTransport(std::move(network.transport));
-  for (const NQ_TAny& reply : {NQ_TAny(5), NQ_TAny(NQ_TDict()), NQ_TAny(NQ_EException("x")), NQ_TAny(),
-                               NQ_TAny::Illegal(), NQ_TAny(NQ_TTree())}) {
-    network.services->Add("", "CFS", [&](const NQ_TDict&) { return reply; });
-    CFS_TProxy proxy;
-    proxy.SetConnectionAddress("", "CFS", network.server->Port(), TLocationMode_Default);
-    proxy.AddCacheRoot("Resources");
-    EXPECT_EQ(Thrown([&] { proxy.GetCached("Resources/a", true); }),
-              reply.IsIllegal() ? "CFS_EValueNotSet: " : "CFS_EIllegalPath: ")
-        << reply;
-  }
-  NQM_TClient::SetTransport(before);
-}
-
-/// A socket at a port of this computer, or at any free one.
-struct TSocket {
-  explicit TSocket(std::uint16_t port = 0) {
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  }
-  sockaddr* Address() { return reinterpret_cast<sockaddr*>(&address); }
-
-  int file = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  socklen_t size = sizeof address;
-};
+using boost::asio::ip::tcp;
 
 /// Writes the bytes, and reads until the other side closes.
-void Converse(int connection, const std::string& bytes) {
-  std::size_t written = 0;
-  while (written < bytes.size()) {
-    const auto count = send(connection, bytes.data() + written, bytes.size() - written, MSG_NOSIGNAL);
-    if (count <= 0) break;
-    written += static_cast<std::size_t>(count);
-  }
-  shutdown(connection, SHUT_WR);
-  char answer[4096];
-  while (recv(connection, answer, sizeof answer, 0) > 0) {
-  }
-  close(connection);
+void Converse(tcp::iostream& connection, const std::string& bytes) {
+  connection << bytes << std::flush;
+  boost::system::error_code ignored;
+  connection.socket().shutdown(tcp::socket::shutdown_send, ignored);
+  connection.ignore(std::numeric_limits<std::streamsize>::max());
 }
 
 // From either side.
@@ -194,23 +143,26 @@ TEST(GrpcDrills, MalformedBytes) {
   for (const std::string& bytes :
        {std::string(), std::string("GET / HTTP/1.1\r\n\r\n"), preface, noise, preface + noise,
         preface + std::string("\0\0\0\4\0\0\0\0\0", 9) + noise, preface + "\xFF\xFF\xFF\1\5" + noise}) {
-    TSocket client(network.server->Port());
-    ASSERT_EQ(connect(client.file, client.Address(), client.size), 0);
-    Converse(client.file, bytes);
+    tcp::iostream client("127.0.0.1", std::to_string(network.server->Port()));
+    ASSERT_TRUE(client);
+    Converse(client, bytes);
     EXPECT_EQ(network.CauseOf("it"), "");
 
-    TSocket listening;
-    ASSERT_EQ(bind(listening.file, listening.Address(), listening.size), 0);
-    ASSERT_EQ(listen(listening.file, 5), 0);
-    getsockname(listening.file, listening.Address(), &listening.size);
+    boost::asio::io_context context;
+    tcp::acceptor listening(context, {boost::asio::ip::address_v4::loopback(), 0});
+    const NQM_TAddress where{"127.0.0.1", "it", listening.local_endpoint().port()};
     std::thread server([&] {
-      for (int connection; (connection = accept(listening.file, nullptr, nullptr)) >= 0;) Converse(connection, bytes);
+      boost::system::error_code ended;
+      for (;;) {
+        tcp::iostream connection;
+        listening.accept(connection.socket(), ended);
+        if (ended) return;
+        Converse(connection, bytes);
+      }
     });
-    const NQM_TAddress where{"127.0.0.1", "it", ntohs(listening.address.sin_port)};
     EXPECT_EQ(TNetwork::Cause([&] { network.transport->Call(where, Request(), 30s); }), "unreachable");
-    shutdown(listening.file, SHUT_RDWR);
+    shutdown(listening.native_handle(), SHUT_RDWR);
     server.join();
-    close(listening.file);
   }
 }
 

@@ -42,29 +42,15 @@ string FindingsOf(const string& row) {
   NQ_TString value = S(nlohmann::json::parse(row.substr(quote + 1)).get<string>()), plain = value;
   FormatDateTimeValue(options, value, &findings);
   FormatDateTimeValue(options, plain, nullptr);
-  EXPECT_EQ(value, plain) << row;
+  EXPECT_EQ(value, plain);
   return Told(findings);
 }
 
-TEST(DateFindings, EveryRow) {
+const names_test::RowFile file("formatting/DateFindings.txt", {}, [](const names_test::Row& row) {
   NQ_TTime::SetClock([] { return 1601899387250.0; });  // 2020-10-05T12:03:07.25Z
-  string row, expected;
-  const auto compare = [&] {
-    if (row.empty()) return;
-    EXPECT_EQ(FindingsOf(row), expected) << row;
-    expected.clear();
-  };
-  for (const string& line : names_test::Lines("formatting/DateFindings.txt")) {
-    if (line.starts_with("  ")) {
-      expected += line + '\n';
-    } else {
-      compare();
-      row = line;
-    }
-  }
-  compare();
+  EXPECT_EQ(FindingsOf(row.text), row.below);
   NQ_TTime::SetClock(nullptr);
-}
+});
 
 TEST(DateFindings, PatternsTooLongToBeUsed) {
   const string longest(256, 'd');

@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "DocsPage.h"
-#include "JsonOptions.h"
 #include "NQ_TTime.h"
 #include "OptionsText.h"
 #include "Support.h"
@@ -16,13 +15,14 @@
 #include "formatting/number/FormatNumber.h"
 #include "formatting/number/NumberByStreams.h"
 #include "formatting/text/FormatText.h"
+#include "systemnames/Office.h"
 
 namespace names_test {
 namespace {
 
 using namespace templatenames;
-using formatting_test::JsonOptions;
 using std::string;
+using system_test::Dict;
 using TJson = nlohmann::json;
 
 bool IsWritten(const TNumberOutcome& outcome) { return outcome.kind == TNumberOutcome::TKind::Written; }
@@ -72,7 +72,7 @@ std::vector<std::vector<string>> RowsOf(const string& title) { return Rows(Page(
 string Formatted(const TJson& options, const string& value) {
   Names names("text due = x");
   names.SetValue("due", S(value));
-  names.SetFormattingOptions("due", JsonOptions(options));
+  names.SetFormattingOptions("due", Dict(options.dump()));
   Output log;
   try {
     return Resolved(names, "<<due/>>");
@@ -106,7 +106,7 @@ TEST(FormattingOptionsPage, EveryOptionHasAnExampleAndEveryExampleHolds) {
     const string formatted = TJson::parse(row.at(2));
     EXPECT_EQ(Formatted(options, value), formatted) << row.at(0);
     TFindings findings;
-    CheckOptions(JsonOptions(options), findings);
+    CheckOptions(Dict(options.dump()), findings);
     EXPECT_TRUE(findings.All().empty()) << row.at(0) << Text(findings.All().front().reason);
     for (const auto& [path, leaf] : flat.items()) {
       TJson without = options;

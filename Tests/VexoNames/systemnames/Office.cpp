@@ -22,6 +22,7 @@ NQ_TAny Members(const TJson& json) {
 NQ_TAny Value(const TJson& json) {
   if (json.is_null()) return {};
   if (json.is_boolean()) return json.get<bool>();
+  if (json.is_number_float()) return json.get<double>();
   if (json.is_number()) return json.get<int>();
   if (json.is_string()) return S(json.get<std::string>());
   if (json.is_array()) {
