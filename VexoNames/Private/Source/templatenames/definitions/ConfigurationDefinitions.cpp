@@ -67,7 +67,8 @@ bool DefineScope(TEngine& engine, CFS_TProxy& cfs, const NQ_TString& scope, cons
     } else {
       const NQ_TString place = path + "/" + name;
       const NQ_TAny record = Read(cfs, place);
-      ok = NoteOutcome(engine, DefineRecord(engine, name, Held<NQ_TTree>(record, place, "a record"), userDefined), path);
+      ok =
+          NoteOutcome(engine, DefineRecord(engine, name, Held<NQ_TTree>(record, place, "a record"), userDefined), path);
     }
   }
   return ok;
@@ -92,7 +93,8 @@ bool DefineSet(TEngine& engine, CFS_TProxy& cfs, const NQ_TString& set, bool use
   std::set<NQ_TString> replied;  // in an order that does not depend on the server
   for (NQ_TConstIterator i(*trees); !i.IsDone(); i.Next()) replied.insert(i.Key());
   bool ok = true;
-  for (const NQ_TString& path : replied) ok = ok && DefineTree(engine, RecordsIn(trees->At(path), path), path, userDefined);
+  for (const NQ_TString& path : replied)
+    ok = ok && DefineTree(engine, RecordsIn(trees->At(path), path), path, userDefined);
   return ok;
 }
 
@@ -112,7 +114,8 @@ bool TName::Define(CFS_TProxy& cfs, const NQ_TString& serverTree, const NQ_TStri
                    const NQ_TString& name, bool userDefined) {
   return DefineOrTell(*engine_, [&] {
     const NQ_TString set = InResources(serverTree + "/" + nameSet);
-    return scope == u"*" ? DefineSet(*engine_, cfs, set, userDefined) : DefineScope(*engine_, cfs, set + "/" + scope, name, userDefined);
+    return scope == u"*" ? DefineSet(*engine_, cfs, set, userDefined)
+                         : DefineScope(*engine_, cfs, set + "/" + scope, name, userDefined);
   });
 }
 

@@ -174,8 +174,7 @@ NQ_TString TName::GetErrorReason() const {
 
 namespace templatenames {
 
-TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const NQ_TTree& definition,
-                                bool userDefined) {
+TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const NQ_TTree& definition, bool userDefined) {
   const std::lock_guard guard(engine.lock);
   TName& names = engine.names;
   if (names.IsDefined(name)) return AlreadyDefined(name);
@@ -183,7 +182,8 @@ TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const N
     const auto* const word = Found<NQ_TString>(definition, &TAttributeKeys::type);
     const TTypeRow* const type = word == nullptr ? nullptr : FindType(*word);
     if (type == nullptr) return WithoutType(name, word);
-    if (!names.Define(name, type->type, TName::TName_LookupValue)) nq::Throw(NQ_EException("the name cannot be defined", name));
+    if (!names.Define(name, type->type, TName::TName_LookupValue))
+      nq::Throw(NQ_EException("the name cannot be defined", name));
     if (const NQ_TAny* const value = definition.ValueOfKey(Keys().*type->valueKey))
       type->setValue(names, name, type->valueKey, *value);
     const auto* const format = type->readsFormat ? Found<NQ_TString>(definition, &TAttributeKeys::format) : nullptr;

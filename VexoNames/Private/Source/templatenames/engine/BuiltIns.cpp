@@ -97,9 +97,8 @@ bool TimeLookupHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_
 }
 
 bool SQLQueryHandler(const NQ_TString& key, NQ_TDict*, TName* names, NQ_TAny& value) {
-  return Do(names, [&](TLoggingEvaluator& evaluator, TEngine&) {
-    return evaluator.AskSql(key, value) == TLookup::Found;
-  });
+  return Do(names,
+            [&](TLoggingEvaluator& evaluator, TEngine&) { return evaluator.AskSql(key, value) == TLookup::Found; });
 }
 
 bool ServerQueryHandler(const NQ_TString& key, NQ_TDict* entry, TName* names, NQ_TAny& value) {
@@ -139,8 +138,8 @@ bool TNameExtractHandler(const NQ_TString& key, const NQ_TString& input, const N
 
 bool TNameRegexHandler(const NQ_TString& key, const NQ_TString& input, const NQ_TString& attribute, NQ_TDict* entry,
                        TName* names, NQ_TString& result) {
-  return CutBy<&TLoggingEvaluator::CutPattern>(TNameProblem::TNameProblem_KindRegex, Keys().regex, key, input, attribute,
-                                               entry, names, result);
+  return CutBy<&TLoggingEvaluator::CutPattern>(TNameProblem::TNameProblem_KindRegex, Keys().regex, key, input,
+                                               attribute, entry, names, result);
 }
 
 TName::TLookupFunction BuiltInLookup(TName::TName_Lookup lookup) {

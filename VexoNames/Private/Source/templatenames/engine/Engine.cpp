@@ -9,8 +9,7 @@ THooks::THooks() : elem(&TNameElemHandler), extract(&TNameExtractHandler), regex
 
 void THooks::Note() {
   const bool hooked = warnObject != nullptr || warnFunction != nullptr || userLookup != nullptr;
-  areOwn =
-      !hooked && elem == &TNameElemHandler && extract == &TNameExtractHandler && regex == &TNameRegexHandler;
+  areOwn = !hooked && elem == &TNameElemHandler && extract == &TNameExtractHandler && regex == &TNameRegexHandler;
 }
 
 TEntry& TEngine::EntryOf(const NQ_TString& key) {

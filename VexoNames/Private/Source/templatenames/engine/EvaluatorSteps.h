@@ -5,9 +5,9 @@
 #include <limits>
 
 #include "NQ_EException.h"
+#include "engine/AttributeKeys.h"
 #include "engine/Attributes.h"
 #include "engine/Evaluator.h"
-#include "engine/AttributeKeys.h"
 #include "engine/FormattingStep.h"
 #include "engine/HandlerPointers.h"
 #include "engine/Queries.h"
@@ -338,12 +338,13 @@ template <class TObserver>
 bool TEvaluator<TObserver>::WriteByHandler(const TWriter& writer, const TValue& value, TTextInHand& text) {
   if constexpr (!TObserver::kCalls) return text.SetUnknown(), true;
   const TName::TTypeFunction function = TypeFunctionIn(std::as_const(*writer.entry).ValueOfKey(Keys().typeHandler));
-  const NQ_TAny given = value.any != nullptr                      ? *value.any
+  const NQ_TAny given = value.any != nullptr                  ? *value.any
                         : value.kind == TValue::TKind::Number ? NQ_TAny(int{value.number})
                                                               : NQ_TAny(NQ_TString(text.View()));
   NQ_TString result;
   const bool ok = ForeignWith(*writer.entry, [&] {
-    return function(NQ_TString(writer.key), given, NQ_TString(writer.tokenFormat), writer.entry, &engine_.names, result);
+    return function(NQ_TString(writer.key), given, NQ_TString(writer.tokenFormat), writer.entry, &engine_.names,
+                    result);
   });
   if (!ok) return Fail(writer.key, {}, [&] { return HandlerProblem(TNameProblem::TNameProblem_KindType, writer.key); });
   text.Replace(result.StringView());

@@ -86,7 +86,7 @@ class TReporting {
   TNameReport& report_;
   std::vector<TNameExplanation::TToken>* story_;  // where the tokens of the template in hand go; null: nowhere
   std::vector<std::pair<std::vector<TNameExplanation::TToken>*, TInHand>> outer_;
-  std::size_t kept_ = 0;  // steps and tokens of the explanation
+  std::size_t kept_ = 0;   // steps and tokens of the explanation
   std::size_t begin_ = 0;  // of the outermost token
   std::size_t end_ = 0;
   std::vector<NQ_TString> within_;

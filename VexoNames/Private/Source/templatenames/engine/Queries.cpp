@@ -165,16 +165,15 @@ bool QueryKeeping(TEngine& engine, const NQ_TString& key, NQ_TDict& entry, NQ_TA
 bool DoQuery(TEngine& engine, const NQ_TString& host, const NQ_TString& server, const NQ_TString& method,
              const NQ_TDict& params, NQ_TAny& result, NQ_TString& said) {
   const auto failed = [&](const char* generated, const auto&... error) {
-    if (engine.Logs(1))
-      Log(1, server, '@', host, ':', method, '(', params, ") generated an ", generated, error...);
+    if (engine.Logs(1)) Log(1, server, '@', host, ':', method, '(', params, ") generated an ", generated, error...);
     return false;
   };
   const auto answered = [&](const NQ_TString& text) {
     return (host.Empty() ? server : server + "@" + host) + " answered " + method + ": " + text;
   };
   try {
-    const auto client = engine.proxyProvider != nullptr ? engine.proxyProvider->GetClient(host, server)
-                                                        : MakeClient(host, server);
+    const auto client =
+        engine.proxyProvider != nullptr ? engine.proxyProvider->GetClient(host, server) : MakeClient(host, server);
     NQ_TDict request(params.Size() + 1);
     request.Add(Keys().callMethod, method);
     for (NQ_TConstIterator i(params); !i.IsDone(); i.Next()) request.Add(i.Key(), NQ_TAny(i.Value()));

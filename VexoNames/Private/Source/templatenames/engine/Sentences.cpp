@@ -153,8 +153,7 @@ TProblem TimeFormatProblem(std::u16string_view format) {
 TName::TName_Error ErrorCodeOf(TStageError error) { return RowOf(error).code; }
 
 TProblem StageProblem(TStageError error, std::u16string_view specification) {
-  return Problem(RowOf(error).kind, StageErrorReason(error, specification),
-                 StageErrorSuggestion(error, specification));
+  return Problem(RowOf(error).kind, StageErrorReason(error, specification), StageErrorSuggestion(error, specification));
 }
 
 TProblem SpecificationProblem(P::TNameProblem_Kind kind, std::u16string_view key) {
@@ -162,8 +161,7 @@ TProblem SpecificationProblem(P::TNameProblem_Kind kind, std::u16string_view key
 }
 
 TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern) {
-  TProblem problem =
-      Problem(P::TNameProblem_KindRegex, RegexReason(result, pattern), RegexSuggestion(result, pattern));
+  TProblem problem = Problem(P::TNameProblem_KindRegex, RegexReason(result, pattern), RegexSuggestion(result, pattern));
   const std::string_view limit = ExceededLimit(result);
   for (const TLimit known : {TLimit::RegexMatch, TLimit::RegexRecursion})
     if (NameOf(known) == limit) problem.limit = known;

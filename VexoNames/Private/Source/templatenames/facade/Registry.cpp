@@ -234,7 +234,9 @@ void TName::SetCategory(const NQ_TString& key, const NQ_TString& value) {
   engine_->store.Categories().LookAt(engine_->EntryOf(key));
 }
 
-const NQ_TString& TName::GetCategory(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().category); }
+const NQ_TString& TName::GetCategory(const NQ_TString& key) const {
+  return templatenames::GetStringAttribute(*engine_, key, Keys().category);
+}
 
 void TName::SetDescription(const NQ_TString& key, const NQ_TString& value) {
   templatenames::SetStringAttribute(*engine_, "SetDescription", "Description", key, Keys().description, value);
@@ -245,7 +247,8 @@ const NQ_TString& TName::GetDescription(const NQ_TString& key) const {
 }
 
 void TName::SetUserDescription(const NQ_TString& key, const NQ_TString& value) {
-  templatenames::SetStringAttribute(*engine_, "SetUserDescription", "UserDescription", key, Keys().userDescription, value);
+  templatenames::SetStringAttribute(*engine_, "SetUserDescription", "UserDescription", key, Keys().userDescription,
+                                    value);
 }
 
 const NQ_TString& TName::GetUserDescription(const NQ_TString& key) const {
@@ -256,7 +259,9 @@ void TName::SetUserInfo(const NQ_TString& key, const NQ_TString& value) {
   templatenames::SetStringAttribute(*engine_, "SetUserInfo", "Name", key, Keys().userInfo, value);
 }
 
-const NQ_TString& TName::GetUserInfo(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().userInfo); }
+const NQ_TString& TName::GetUserInfo(const NQ_TString& key) const {
+  return templatenames::GetStringAttribute(*engine_, key, Keys().userInfo);
+}
 
 void TName::SetVisibility(const NQ_TString& key, const NQ_TString& value) {
   templatenames::SetStringAttribute(*engine_, "", "", key, Keys().visibility, value);
@@ -270,7 +275,9 @@ void TName::SetLocalization(const NQ_TString& key, const NQ_TString& value) {
   templatenames::SetStringAttribute(*engine_, "SetLocalization", "Localization", key, Keys().info, value);
 }
 
-const NQ_TString& TName::GetLocalization(const NQ_TString& key) const { return templatenames::GetStringAttribute(*engine_, key, Keys().info); }
+const NQ_TString& TName::GetLocalization(const NQ_TString& key) const {
+  return templatenames::GetStringAttribute(*engine_, key, Keys().info);
+}
 
 void TName::SetFormat(const NQ_TString& key, const NQ_TString& value) {
   templatenames::SetStringAttribute(*engine_, "SetFormat", "Format", key, Keys().format, value);
