@@ -9,9 +9,9 @@
 #include "NQ_TArray.h"
 #include "NQ_TBoxed.h"
 #include "Support.h"
-#include "definitions/Definitions.h"
 #include "TNameProxyProvider.h"
 #include "TreeText.h"
+#include "definitions/Definitions.h"
 
 namespace names_test {
 namespace {
