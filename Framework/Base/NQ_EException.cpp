@@ -1,19 +1,22 @@
 #include "NQ_EException.h"
 
 #include <cstring>
+#include <new>
 #include <ostream>
 #include <string>
 #include <typeinfo>
 
 NQ_TClass::TInterfaceNames NQ_TThrowable::NQ_Interfaces() {
-  static constexpr const char* kNames[] = {"NQ_IThrowable", "NQ_IPackable", "NQ_IPrintable"};
+  static constexpr const char* kNames[] = {NQ_IThrowable::NQ_ClassName(), NQ_IPackable::NQ_ClassName(),
+                                           NQ_IPrintable::NQ_ClassName()};
   return kNames;
 }
 
 const void* NQ_TThrowable::NQ_DynamicInfo(const char* name) const {
-  if (name != nullptr && std::strcmp(name, "NQ_IThrowable") == 0) return static_cast<const NQ_IThrowable*>(this);
-  if (name != nullptr && std::strcmp(name, "NQ_IPackable") == 0) return static_cast<const NQ_IPackable*>(this);
-  if (name != nullptr && std::strcmp(name, "NQ_IPrintable") == 0) return static_cast<const NQ_IPrintable*>(this);
+  if (name == nullptr) return NQ_TObject::NQ_DynamicInfo(name);
+  if (std::strcmp(name, NQ_IThrowable::NQ_ClassName()) == 0) return static_cast<const NQ_IThrowable*>(this);
+  if (std::strcmp(name, NQ_IPackable::NQ_ClassName()) == 0) return static_cast<const NQ_IPackable*>(this);
+  if (std::strcmp(name, NQ_IPrintable::NQ_ClassName()) == 0) return static_cast<const NQ_IPrintable*>(this);
   return NQ_TObject::NQ_DynamicInfo(name);
 }
 
@@ -21,6 +24,14 @@ void NQ_EException::__PREPARE_FOR_THROW__(std::uint32_t line, const char* file) 
   line_ = line;
   file_ = file;
   trace_.Add(NQ_TString(std::string(file) + ':' + std::to_string(line)));
+}
+
+const char* NQ_EException::what() const noexcept {
+  try {
+    return message_.c_str();
+  } catch (const std::bad_alloc&) {
+    return "NQ_EException";
+  }
 }
 
 void NQ_EException::NQ_Throw() const { throw NQ_EException(*this); }

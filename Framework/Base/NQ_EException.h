@@ -6,7 +6,12 @@
 //   nq::Throw(NQ_EException("No such thing", name));
 //
 //   catch (const NQ_EException& error) { std::cerr << error << '\n'; }
+//
+// They are standard exceptions too, for code that knows nothing of the framework: `what()` is the message. A handler
+// for std::exception therefore stands after one for NQ_EException.
 #pragma once
+
+#include <exception>
 
 #include "NQ_TAny.h"
 #include "NQ_TList.h"
@@ -15,6 +20,8 @@
 /// An object that can throw itself.
 class NQ_EXPORT NQ_IThrowable : public virtual NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IThrowable"; }
+
   /// Throws a copy of the object, as its own class.
   [[noreturn]] virtual void NQ_Throw() const = 0;
 };
@@ -25,12 +32,14 @@ class NQ_EXPORT NQ_TThrowable : public virtual NQ_TObject,
                                 public virtual NQ_IPackable,
                                 public virtual NQ_IPrintable {
  public:
+  using NQ_TObject::NQ_ClassName;
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
 };
 
 /// Root of the framework's exceptions: message, data, throw site and the sites it passed.
-class NQ_EXPORT NQ_EException : public NQ_TClassOf<NQ_EException, NQ_TThrowable, "NQ_EException"> {
+class NQ_EXPORT NQ_EException : public NQ_TClassOf<NQ_EException, NQ_TThrowable, "NQ_EException">,
+                                public std::exception {
  public:
   NQ_EException() = default;
   explicit NQ_EException(const NQ_TString& message) : message_(message) {}
@@ -44,6 +53,8 @@ class NQ_EXPORT NQ_EException : public NQ_TClassOf<NQ_EException, NQ_TThrowable,
   virtual NQ_TString& NQ_Message() { return message_; }
   virtual const NQ_TAny& NQ_Data() const { return data_; }
   virtual NQ_TAny& NQ_Data() { return data_; }
+  /// The message as UTF-8, valid while it is unchanged; the class name when there is no memory left for it.
+  const char* what() const noexcept override;
 
   /// Records the throw site; every throw calls it just before `NQ_Throw`.
   void __PREPARE_FOR_THROW__(std::uint32_t line, const char* file);  // NOLINT(bugprone-reserved-identifier)

@@ -4,7 +4,7 @@
 #include <ostream>
 
 bool NQ_IInterface::HasInterface(const char* interfaceName) const {
-  return std::strcmp(interfaceName, "NQ_IInterface") == 0;
+  return std::strcmp(interfaceName, NQ_ClassName()) == 0;
 }
 
 std::ostream& operator<<(std::ostream& out, const NQ_IPrintable& printable) {

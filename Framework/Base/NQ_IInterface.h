@@ -11,6 +11,8 @@ class NQ_TString;
 /// object that implements several interfaces is still one object.
 class NQ_EXPORT NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IInterface"; }
+
   NQ_IInterface() = default;
   NQ_IInterface(const NQ_IInterface&) = default;
   NQ_IInterface& operator=(const NQ_IInterface&) = default;
@@ -23,6 +25,8 @@ class NQ_EXPORT NQ_IInterface {
 /// An object that can print itself.
 class NQ_EXPORT NQ_IPrintable : public virtual NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IPrintable"; }
+
   /// Writes the object as UTF-8, without quotes around it and without a line end.
   virtual void PrintOn(std::ostream& out) const = 0;
 };
@@ -33,6 +37,8 @@ NQ_EXPORT std::ostream& operator<<(std::ostream& out, const NQ_IPrintable& print
 /// An object that can be a dictionary key. Two hashables are the same key when their key texts are equal.
 class NQ_EXPORT NQ_IHashable : public virtual NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IHashable"; }
+
   /// The text under which a dictionary files the object; valid while the object is unchanged.
   virtual const NQ_TString& KeyText() const = 0;
 };

@@ -1,7 +1,18 @@
 // Walking over containers.
+//
+//   for (const auto& [key, value] : dict) ...      // NQ_TDict, NQ_TTree
+//   for (NQ_TAny& value : list) value = 5;         // NQ_TList, NQ_TArray
+//   for (NQ_TConstIterator i(container); !i.IsDone(); i.Next()) ...   // any of them, by the interface
+//
+// Walking a container that is not const is for writing: its copies share nothing with it from then on. Where one only
+// reads, `std::as_const(container)` keeps copies cheap.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
+#include <iterator>
+#include <type_traits>
+#include <utility>
 
 #include "NQ_TAny.h"
 #include "NQ_TString.h"
@@ -9,6 +20,8 @@
 /// A container whose elements can be visited one after the other. It must not be changed while it is being walked.
 class NQ_EXPORT NQ_IIteratable : public virtual NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IIteratable"; }
+
   /// A place in a container; what the fields mean is the container's own business.
   struct TPlace {
     const void* node = nullptr;
@@ -23,6 +36,47 @@ class NQ_EXPORT NQ_IIteratable : public virtual NQ_IInterface {
   virtual const NQ_TAny& ValueAt(const TPlace& place) const = 0;
   /// Makes the content this container's own, to be written through `ValueAt`; called before `FirstPlace`.
   virtual void PrepareToWrite() = 0;
+};
+
+/// What `begin` and `end` of a container of `Value`s give. A cursor is a place in that container: `Element` gives what
+/// is there, `Step` goes to the next place.
+template <class Value, class Cursor>
+class NQ_TForward {
+ public:
+  using value_type = std::remove_const_t<Value>;
+  using reference = Value&;
+  using pointer = Value*;
+  using difference_type = std::ptrdiff_t;
+  using iterator_category = std::forward_iterator_tag;
+
+  NQ_TForward() = default;
+  explicit NQ_TForward(Cursor cursor) : cursor_(cursor) {}
+  reference operator*() const { return cursor_.Element(); }
+  pointer operator->() const { return &cursor_.Element(); }
+  NQ_TForward& operator++() {
+    cursor_.Step();
+    return *this;
+  }
+  NQ_TForward operator++(int) {
+    const NQ_TForward before = *this;
+    cursor_.Step();
+    return before;
+  }
+  bool operator==(const NQ_TForward&) const = default;
+
+ private:
+  Cursor cursor_;
+};
+
+/// One element of a list in braces: all that a variant takes, but no `Container`, for Container{other} is a copy.
+template <class Container>
+struct NQ_TItemOf {
+  template <class Value>
+  requires(!std::same_as<std::remove_cvref_t<Value>, Container> && std::convertible_to<Value, NQ_TAny>)
+      NQ_TItemOf(Value&& item)
+      : value(std::forward<Value>(item)) {}  // NOLINT(google-explicit-constructor)
+
+  NQ_TAny value;
 };
 
 /// Reads a container from its first element on.
@@ -61,6 +115,7 @@ class NQ_TIterator {
 /// Root of the containers: values that can be walked.
 class NQ_EXPORT NQ_TContainer : public NQ_TValue, public NQ_IIteratable {
  public:
+  using NQ_TValue::NQ_ClassName;
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
 };

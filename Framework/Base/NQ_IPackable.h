@@ -41,14 +41,16 @@ class NQ_EXPORT NQ_IUnpacking {
 /// An object that can be packed, unpacked and copied.
 class NQ_EXPORT NQ_IPackable : public virtual NQ_IInterface {
  public:
+  static constexpr const char* NQ_ClassName() { return "NQ_IPackable"; }
+
   /// Writes the content (not the class identity).
   virtual void NQ_Pack(NQ_IPacking& packing) const = 0;
   /// Replaces the content. Throws `NQ_EException` when the input does not fit; the content is then unspecified.
   virtual void NQ_Unpack(NQ_IUnpacking& unpacking) = 0;
   /// A copy on the heap, owned by the caller; null when memory ran out. The placement address is not used.
-  virtual NQ_IPackable* NQ_Clone(void* placement = nullptr) const = 0;
+  [[nodiscard]] virtual NQ_IPackable* NQ_Clone(void* placement = nullptr) const = 0;
   /// As `NQ_Clone`, moving the content out of this object.
-  virtual NQ_IPackable* NQ_Move() = 0;
+  [[nodiscard]] virtual NQ_IPackable* NQ_Move() = 0;
   /// Whether the other object is of the same class and has equal content.
   virtual bool NQ_IsIdent(const NQ_IPackable& other) const = 0;
   /// Writes the class identity.

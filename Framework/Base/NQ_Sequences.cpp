@@ -28,6 +28,10 @@ void PackElements(const NQ_IIteratable& container, unsigned int count, NQ_IPacki
 
 }  // namespace
 
+NQ_TArray::NQ_TArray(std::initializer_list<NQ_TItemOf<NQ_TArray>> elements) {
+  for (const auto& element : elements) Add(element.value);
+}
+
 NQ_TAny* NQ_TArray::At(unsigned int index) {
   auto& elements = shared_.Lend();
   if (index >= elements.size()) elements.resize(std::size_t{index} + 1);
@@ -43,6 +47,10 @@ void NQ_TArray::NQ_Pack(NQ_IPacking& packing) const { PackElements(*this, Count(
 void NQ_TArray::NQ_Unpack(NQ_IUnpacking& unpacking) {
   shared_.Reset();
   for (std::uint32_t left = unpacking.UnpackCount(); left > 0; --left) Add(unpacking.UnpackAny());
+}
+
+NQ_TList::NQ_TList(std::initializer_list<NQ_TItemOf<NQ_TList>> values) {
+  for (const auto& item : values) Add(item.value);
 }
 
 NQ_TListKey* NQ_TList::Add(NQ_TAny&& value) {

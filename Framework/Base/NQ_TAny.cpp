@@ -62,7 +62,10 @@ NQ_TAny::THeld* NQ_TAny::Share(THeld* held) {
 NQ_TAny::NQ_TAny(int value) : held_(Own(new NQ_TInt32(value))) {}
 NQ_TAny::NQ_TAny(double value) : held_(Own(new NQ_TDouble(value))) {}
 NQ_TAny::NQ_TAny(const char* utf8) : held_(Own(new NQ_TString(utf8))) {}
+NQ_TAny::NQ_TAny(std::string_view utf8) : held_(Own(new NQ_TString(utf8))) {}
 NQ_TAny::NQ_TAny(const wchar_t* wide) : held_(Own(new NQ_TString(wide))) {}
+NQ_TAny::NQ_TAny(const char16_t* utf16) : held_(Own(new NQ_TString(utf16))) {}
+NQ_TAny::NQ_TAny(std::u16string_view utf16) : held_(Own(new NQ_TString(utf16))) {}
 NQ_TAny::NQ_TAny(const NQ_IInterface* object) : held_(new TReferred(object)) {}
 NQ_TAny::NQ_TAny(const NQ_IPackable& object) : held_(Own(object.NQ_Clone())) {}
 NQ_TAny::NQ_TAny(NQ_IPackable&& object) : held_(Own(object.NQ_Move())) {}
@@ -85,10 +88,16 @@ bool NQ_TAny::operator==(const NQ_TAny& other) const {
   return held_->Interface() == other.held_->Interface();
 }
 
-std::int32_t NQ_TAny::AsInt32() const {
-  if (const auto* held = As<NQ_TInt32>()) return held->Value();
-  nq::Throw(NQ_EIllegalCastFromAny("The variant holds no 32-bit integer", *this));
+template <class T>
+const T& NQ_TAny::Held(const char* kind) const {
+  if (const auto* const held = As<T>()) return *held;
+  nq::Throw(NQ_EIllegalCastFromAny(NQ_TString("The variant holds no ") + kind, *this));
 }
+
+std::int32_t NQ_TAny::AsInt32() const { return Held<NQ_TInt32>("32-bit integer").Value(); }
+NQ_TString NQ_TAny::AsText() const { return Held<NQ_TString>("text"); }
+bool NQ_TAny::AsBool() const { return Held<NQ_TBool>("boolean").Value(); }
+double NQ_TAny::AsDouble() const { return Held<NQ_TDouble>("double").Value(); }
 
 const void* NQ_TAny::DynamicCast(const char* name) const {
   const NQ_IInterface* const held = held_ == nullptr ? nullptr : held_->Interface();
@@ -117,7 +126,7 @@ void NQ_TAny::LendHeld() {
 const char* NQ_TAny::ClassName() const {
   const NQ_IInterface* const held = held_ == nullptr ? nullptr : held_->Interface();
   const auto* const object = dynamic_cast<const NQ_TObject*>(held);
-  return object == nullptr ? "NQ_TAny" : object->ClassName();
+  return object == nullptr ? NQ_ClassName() : object->ClassName();
 }
 
 void NQ_TAny::PrintOn(std::ostream& out) const {

@@ -1,16 +1,19 @@
 // The indexed sequence.
 #pragma once
 
+#include <initializer_list>
 #include <vector>
 
 #include "NQ_IIteratable.h"
 #include "NQ_TShared.h"
 
-/// An indexed sequence of variants. Copies share their content until one of them is changed. An element's address is
-/// valid until the next change of the array.
+/// An indexed sequence of variants: NQ_TArray{1, "two", 3.0}. Copies share their content until one of them is changed.
+/// An element's address is valid until the next change of the array.
 class NQ_EXPORT NQ_TArray final : public NQ_TValueOf<NQ_TArray, NQ_TContainer, "NQ_TArray"> {
  public:
   NQ_TArray() = default;
+  /// These elements. Of arrays within the array say NQ_TAny(inner): one array alone in braces is a copy of it.
+  NQ_TArray(std::initializer_list<NQ_TItemOf<NQ_TArray>> elements);
   using NQ_TClassOf::operator=;
 
   void Add(NQ_TAny value) { shared_.Write().push_back(std::move(value)); }
@@ -18,9 +21,16 @@ class NQ_EXPORT NQ_TArray final : public NQ_TValueOf<NQ_TArray, NQ_TContainer, "
     return shared_.Read() == nullptr ? 0 : static_cast<unsigned int>(shared_.Read()->size());
   }
   /// The element, or null when the index is past the end.
-  const NQ_TAny* At(unsigned int index) const { return index < Count() ? &(*shared_.Read())[index] : nullptr; }
+  [[nodiscard]] const NQ_TAny* At(unsigned int index) const {
+    return index < Count() ? &(*shared_.Read())[index] : nullptr;
+  }
   /// The element; null elements are added up to it when the index is past the end.
   NQ_TAny* At(unsigned int index);
+
+  const NQ_TAny* begin() const { return Count() == 0 ? nullptr : shared_.Read()->data(); }
+  const NQ_TAny* end() const { return begin() + Count(); }
+  NQ_TAny* begin() { return Count() == 0 ? nullptr : shared_.Lend().data(); }
+  NQ_TAny* end() { return begin() + Count(); }
 
   bool operator==(const NQ_TArray& other) const;
   /// [value, value]

@@ -12,7 +12,7 @@
 
 /// A class name as a template argument.
 template <std::size_t N>
-struct NQ_TClassNameLiteral {
+struct NQ_EXPORT NQ_TClassNameLiteral {
   char text[N]{};
   consteval NQ_TClassNameLiteral(const char (&literal)[N]) {  // NOLINT(google-explicit-constructor)
     for (std::size_t i = 0; i < N; ++i) text[i] = literal[i];
@@ -37,7 +37,7 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
   static const NQ_TClass* NQ_ParentClass() { return NQ_ClassObject().Parent(); }
   static NQ_TClass::TFactory NQ_Factory() { return NQ_ClassObject().Factory(); }
   /// A default-constructed instance on the heap, owned by the caller; null when memory ran out.
-  static NQ_TObject* NQ_Create() { return new (std::nothrow) Self; }
+  [[nodiscard]] static NQ_TObject* NQ_Create() { return new (std::nothrow) Self; }
   static bool NQ_IsInterface() { return NQ_ClassObject().IsInterface(); }
   static bool NQ_HasInterface(const char* name) { return NQ_ClassObject().Implements(name); }
   static bool NQ_HasSuperclass(const char* name) { return NQ_ClassObject().HasSuperclass(name); }
@@ -73,6 +73,7 @@ class NQ_EXPORT NQ_TClassOf : public Parent {
 /// root is one): a value is made and destroyed in half the time.
 class NQ_EXPORT NQ_TValue : public virtual NQ_TObject, public NQ_IPackable, public NQ_IPrintable {
  public:
+  using NQ_TObject::NQ_ClassName;
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
 };

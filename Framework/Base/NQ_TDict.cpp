@@ -12,35 +12,12 @@
 
 namespace {
 
-struct TNode {
-  NQ_TString key;
-  std::uint64_t hash;
-  NQ_TAny value;
-  TNode* next = nullptr;
-  TNode* previous = nullptr;
-};
-
 /// A key that is looked for.
 struct TWanted {
   explicit TWanted(const NQ_TString& key) : text(key.StringView()), hash(key.Hash()) {}
   TWanted(std::u16string_view keyText, std::uint64_t keyHash) : text(keyText), hash(keyHash) {}
   std::u16string_view text;
   std::uint64_t hash;
-};
-
-struct THashOfNode {
-  using is_transparent = void;
-  std::size_t operator()(const TNode* node) const { return node->hash; }
-  std::size_t operator()(const TWanted& wanted) const { return wanted.hash; }
-};
-
-struct TSameKey {
-  using is_transparent = void;
-  bool operator()(const TNode* a, const TNode* b) const { return a == b; }
-  bool operator()(const TNode* node, const TWanted& wanted) const {
-    return node->hash == wanted.hash && node->key.Equals(wanted.text);
-  }
-  bool operator()(const TWanted& wanted, const TNode* node) const { return (*this)(node, wanted); }
 };
 
 // Most dictionaries are small (the attributes of a name, the parameters of a request): below this many keys a walk
@@ -109,13 +86,28 @@ class NQ_TDict::TContent {
     delete node;
   }
 
-  const TNode* First() const { return first_; }
+  TNode* First() const { return first_; }
   unsigned int Size() const { return size_; }
   std::uint64_t Version() const { return version_; }
 
  private:
+  struct THashOfNode {
+    using is_transparent = void;
+    std::size_t operator()(const TNode* node) const { return node->hash; }
+    std::size_t operator()(const TWanted& wanted) const { return wanted.hash; }
+  };
+
+  struct TSameKey {
+    using is_transparent = void;
+    bool operator()(const TNode* a, const TNode* b) const { return a == b; }
+    bool operator()(const TNode* node, const TWanted& wanted) const {
+      return node->hash == wanted.hash && node->key.Equals(wanted.text);
+    }
+    bool operator()(const TWanted& wanted, const TNode* node) const { return (*this)(node, wanted); }
+  };
+
   TNode& Insert(const NQ_TString& key, std::uint64_t hash) {
-    std::unique_ptr<TNode> owned(new TNode{key, hash, {}, nullptr, last_});
+    std::unique_ptr<TNode> owned(new TNode{{key, {}}, hash, nullptr, last_});
     if (indexed_) index_.insert(owned.get());
     TNode* const node = owned.release();
     (last_ == nullptr ? first_ : last_->next) = node;
@@ -146,6 +138,9 @@ NQ_TDict::NQ_TDict(const NQ_TDict& other, unsigned int capacity) : shared_(other
   shared_.Write().Reserve(capacity);
 }
 NQ_TDict::NQ_TDict(NQ_TDict&& other) noexcept : shared_(std::move(other.shared_)) {}
+NQ_TDict::NQ_TDict(std::initializer_list<NQ_TDictEntry> entries) {
+  for (const auto& [key, value] : entries) Add(key, value);
+}
 NQ_TDict::~NQ_TDict() = default;
 NQ_TDict& NQ_TDict::operator=(const NQ_TDict& other) {
   shared_ = other.shared_;
@@ -156,14 +151,14 @@ NQ_TDict& NQ_TDict::operator=(NQ_TDict&& other) noexcept {
   return *this;
 }
 
-NQ_TDict& NQ_TDict::Add(const NQ_IHashable& key, NQ_TAny&& value) {
-  shared_.Write(NextVersion()).FindOrInsert(key.KeyText()).value = std::move(value);
+NQ_TDict& NQ_TDict::Add(const NQ_TString& key, NQ_TAny&& value) {
+  shared_.Write(NextVersion()).FindOrInsert(key).value = std::move(value);
   return *this;
 }
 
-const NQ_TAny* NQ_TDict::ValueOfKey(const NQ_IHashable& key) const {
+const NQ_TAny* NQ_TDict::ValueOfKey(const NQ_TString& key) const {
   const TContent* const content = shared_.Read();
-  const TNode* const node = content == nullptr ? nullptr : content->Find(key.KeyText());
+  const TNode* const node = content == nullptr ? nullptr : content->Find(key);
   return node == nullptr ? nullptr : &node->value;
 }
 
@@ -182,21 +177,21 @@ const NQ_TAny* NQ_TDict::ValueOfText(std::u16string_view key, std::uint64_t hash
   return node == nullptr ? nullptr : &node->value;
 }
 
-NQ_TAny* NQ_TDict::ValueOfKey(const NQ_IHashable& key) {
+NQ_TAny* NQ_TDict::ValueOfKey(const NQ_TString& key) {
   if (!HasKey(key)) return nullptr;
-  return &shared_.Lend().Find(key.KeyText())->value;
+  return &shared_.Lend().Find(key)->value;
 }
 
-NQ_TAny& NQ_TDict::operator[](const NQ_IHashable& key) { return shared_.Lend().FindOrInsert(key.KeyText()).value; }
+NQ_TAny& NQ_TDict::operator[](const NQ_TString& key) { return shared_.Lend().FindOrInsert(key).value; }
 
-const NQ_TAny& NQ_TDict::At(const NQ_IHashable& key) const {
+const NQ_TAny& NQ_TDict::At(const NQ_TString& key) const {
   const NQ_TAny* const value = ValueOfKey(key);
-  if (value == nullptr) nq::Throw(NQ_EException("The dictionary has no such key", key.KeyText()));
+  if (value == nullptr) nq::Throw(NQ_EException("The dictionary has no such key", key));
   return *value;
 }
 
-void NQ_TDict::Remove(const NQ_IHashable& key) {
-  if (HasKey(key)) shared_.Write(NextVersion()).Remove(key.KeyText());
+void NQ_TDict::Remove(const NQ_TString& key) {
+  if (HasKey(key)) shared_.Write(NextVersion()).Remove(key);
 }
 
 void NQ_TDict::Clear() { shared_.Reset(); }
@@ -208,25 +203,27 @@ std::uint64_t NQ_TDict::KeysVersion() const { return shared_.Read() == nullptr ?
 bool NQ_TDict::operator==(const NQ_TDict& other) const {
   if (shared_.Same(other.shared_)) return true;
   if (Size() != other.Size()) return false;
-  for (NQ_TConstIterator i(*this); !i.IsDone(); i.Next()) {
-    const NQ_TAny* const value = other.ValueOfKey(i.Key());
-    if (value == nullptr || !(*value == i.Value())) return false;
+  for (const auto& [key, value] : *this) {
+    const NQ_TAny* const theirs = other.ValueOfKey(key);
+    if (theirs == nullptr || !(*theirs == value)) return false;
   }
   return true;
 }
 
 void NQ_TDict::PrintOn(std::ostream& out) const {
   const char* separator = "{";
-  for (NQ_TConstIterator i(*this); !i.IsDone(); i.Next(), separator = ", ")
-    out << separator << i.Key() << " = " << i.Value();
+  for (const auto& [key, value] : *this) {
+    out << separator << key << " = " << value;
+    separator = ", ";
+  }
   out << (IsEmpty() ? "{}" : "}");
 }
 
 void NQ_TDict::NQ_Pack(NQ_IPacking& packing) const {
   packing.PackInt32(static_cast<std::int32_t>(Size()));
-  for (NQ_TConstIterator i(*this); !i.IsDone(); i.Next()) {
-    packing.PackString(i.Key());
-    packing.PackAny(i.Value());
+  for (const auto& [key, value] : *this) {
+    packing.PackString(key);
+    packing.PackAny(value);
   }
 }
 
@@ -238,9 +235,9 @@ void NQ_TDict::NQ_Unpack(NQ_IUnpacking& unpacking) {
   }
 }
 
-NQ_IIteratable::TPlace NQ_TDict::FirstPlace() const {
-  return {shared_.Read() == nullptr ? nullptr : shared_.Read()->First(), 0};
-}
+NQ_TDict::TNode* NQ_TDict::FirstNode() const { return shared_.Read() == nullptr ? nullptr : shared_.Read()->First(); }
+
+NQ_IIteratable::TPlace NQ_TDict::FirstPlace() const { return {FirstNode(), 0}; }
 
 bool NQ_TDict::AtEnd(const TPlace& place) const { return place.node == nullptr; }
 

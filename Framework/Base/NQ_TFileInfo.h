@@ -11,7 +11,7 @@ class NQ_EXPORT NQ_TFileInfo {
 
   /// The path under which this computer knows the file: the URL's path from the root on; for a URL of another host
   /// than "" and "localhost", "//" host "/" path.
-  NQ_TString LocalName() const;
+  [[nodiscard]] NQ_TString LocalName() const;
 
  private:
   NQ_TURL url_;

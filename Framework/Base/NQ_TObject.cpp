@@ -3,7 +3,7 @@
 #include <cstring>
 
 NQ_TClass& NQ_TObject::NQ_ClassObject() {
-  static constexpr const char* kInterfaces[] = {"NQ_IInterface"};
+  static constexpr const char* kInterfaces[] = {NQ_IInterface::NQ_ClassName()};
   static NQ_TClass& classObject =
       NQ_TClass::GetClassObject(false, "NQ_TObject", sizeof(NQ_TObject), nullptr, nullptr, nullptr, kInterfaces);
   classObject.SetInUse();
@@ -13,7 +13,7 @@ NQ_TClass& NQ_TObject::NQ_ClassObject() {
 const void* NQ_TObject::NQ_DynamicInfo(const char* name) const {
   if (name == nullptr) return &NQ_ClassObject();
   if (std::strcmp(name, "NQ_TObject") == 0) return this;
-  if (std::strcmp(name, "NQ_IInterface") == 0) return static_cast<const NQ_IInterface*>(this);
+  if (std::strcmp(name, NQ_IInterface::NQ_ClassName()) == 0) return static_cast<const NQ_IInterface*>(this);
   return nullptr;
 }
 

@@ -5,11 +5,26 @@
 #include <cstdint>
 #include <utility>
 
+#include "NQ_Export.h"
+
 /// What stands before a content that is shared.
-struct NQ_TSharedHead {
+struct NQ_EXPORT NQ_TSharedHead {
+  NQ_TSharedHead() = default;
+  NQ_TSharedHead(const NQ_TSharedHead&) = delete;
+  NQ_TSharedHead& operator=(const NQ_TSharedHead&) = delete;
+  virtual ~NQ_TSharedHead();
+
+  /// Destroys a content that nobody owns any more. Contents nest as deep as their owners like: those far down wait
+  /// until the stack is free again, and are then destroyed one after the other, on the same thread and before this
+  /// returns to whoever is no destructor of a content.
+  static void Destroy(NQ_TSharedHead* head) noexcept;
+
   std::atomic<std::uint32_t> owners{1};
   bool lent = false;
   std::uint64_t version = 0;
+
+ private:
+  NQ_TSharedHead* next_ = nullptr;  // of those that wait to be destroyed
 };
 
 /// A content that copies share until one of them is changed. Reading from several threads is safe; each owner may
@@ -69,7 +84,7 @@ class NQ_TShared {
   bool Same(const NQ_TShared& other) const { return head_ == other.head_; }
 
  private:
-  struct TCell : NQ_TSharedHead {
+  struct TCell final : NQ_TSharedHead {
     TCell() = default;
     explicit TCell(const Content& copied) : content(copied) {}
     Content content;
@@ -83,7 +98,7 @@ class NQ_TShared {
     return head_;
   }
   void Release() noexcept {
-    if (head_ != nullptr && head_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) delete Cell();
+    if (head_ != nullptr && head_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) NQ_TSharedHead::Destroy(head_);
   }
 
   NQ_TSharedHead* head_ = nullptr;  // of a TCell

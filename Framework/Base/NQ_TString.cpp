@@ -34,12 +34,9 @@ std::u16string Utf16Of(std::string_view utf8) {
 
 int FindIn(std::u16string_view text, std::u16string_view needle, int start, bool reverse) {
   constexpr auto kNone = std::u16string_view::npos;
-  std::size_t found = kNone;
-  if (reverse) {
-    found = text.rfind(needle, start < 0 ? kNone : static_cast<std::size_t>(start));
-  } else {
-    found = text.find(needle, start < 0 ? 0 : static_cast<std::size_t>(start));
-  }
+  if (reverse && start < -1) return -1;
+  const std::size_t found = reverse ? text.rfind(needle, start < 0 ? kNone : static_cast<std::size_t>(start))
+                                    : text.find(needle, start < 0 ? 0 : static_cast<std::size_t>(start));
   return found == kNone ? -1 : static_cast<int>(found);
 }
 
@@ -359,11 +356,13 @@ void NQ_TString::NQ_Pack(NQ_IPacking& packing) const { packing.PackString(*this)
 void NQ_TString::NQ_Unpack(NQ_IUnpacking& unpacking) { *this = unpacking.UnpackString(); }
 
 NQ_TClass::TInterfaceNames NQ_TString::NQ_Interfaces() {
-  static constexpr const char* kNames[] = {"NQ_IPackable", "NQ_IPrintable", "NQ_IHashable"};
+  static constexpr const char* kNames[] = {NQ_IPackable::NQ_ClassName(), NQ_IPrintable::NQ_ClassName(),
+                                           NQ_IHashable::NQ_ClassName()};
   return kNames;
 }
 
 const void* NQ_TString::NQ_DynamicInfo(const char* name) const {
-  if (name != nullptr && std::strcmp(name, "NQ_IHashable") == 0) return static_cast<const NQ_IHashable*>(this);
+  if (name != nullptr && std::strcmp(name, NQ_IHashable::NQ_ClassName()) == 0)
+    return static_cast<const NQ_IHashable*>(this);
   return NQ_TClassOf::NQ_DynamicInfo(name);
 }

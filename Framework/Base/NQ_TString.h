@@ -4,10 +4,10 @@
 // UTF-8. Copies share their text until one of them is changed. The text is bounded to 2^31 - 16 units; more throws
 // std::length_error.
 //
-//   NQ_TString name("J\xC3\xB8rgen");          // from UTF-8
-//   name.Append(NQ_TString(", Oslo"));
-//   name.Find(",", 0, false);                    // 6
-//   std::puts(name.c_str());                     // UTF-8 again
+//   NQ_TString name("J\xC3\xB8rgen");          // from UTF-8: a literal, std::string or std::string_view
+//   name.Append(", Oslo");                     // so does whatever takes an NQ_TString; UTF-16 is taken as well
+//   name.Find(",", 0, false);                  // 6
+//   std::puts(name.c_str());                   // UTF-8 again
 //
 // Invalid UTF-8 on the way in becomes U+FFFD, one per maximal invalid piece; an unpaired surrogate on the way out
 // becomes U+FFFD. `wchar_t` text is code points (32 bits here). Several threads may read one string, and each may
@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iosfwd>
+#include <string>
 #include <string_view>
 
 #include "NQ_TClassOf.h"
@@ -32,14 +33,17 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   NQ_TString() = default;
   NQ_TString(const NQ_TString& other) noexcept : text_(Share(other.text_)) {}
   NQ_TString(NQ_TString&& other) noexcept : text_(other.text_) { other.text_ = nullptr; }
+  // NOLINTBEGIN(google-explicit-constructor): text goes in without ceremony
   /// From UTF-8; length in bytes, −1: up to the NUL. A null pointer gives the empty string.
-  NQ_TString(const char* utf8, int length = -1);  // NOLINT(google-explicit-constructor)
-  explicit NQ_TString(std::string_view utf8);
+  NQ_TString(const char* utf8, int length = -1);
+  NQ_TString(std::string_view utf8);
+  NQ_TString(const std::string& utf8) : NQ_TString(std::string_view(utf8)) {}
   /// From code points; length in characters, −1: up to the NUL. A null pointer gives the empty string.
-  NQ_TString(const wchar_t* wide, int length = -1);  // NOLINT(google-explicit-constructor)
+  NQ_TString(const wchar_t* wide, int length = -1);
   /// From UTF-16; length in units, −1: up to the NUL. A null pointer gives the empty string.
-  NQ_TString(const char16_t* utf16, int length = -1);  // NOLINT(google-explicit-constructor)
-  explicit NQ_TString(std::u16string_view utf16);
+  NQ_TString(const char16_t* utf16, int length = -1);
+  NQ_TString(std::u16string_view utf16);
+  // NOLINTEND(google-explicit-constructor)
   ~NQ_TString() override { Release(text_); }
 
   NQ_TString& operator=(const NQ_TString& other) noexcept;
@@ -49,10 +53,10 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   using NQ_TClassOf::operator=;
 
   /// Text formatted exactly as printf does. The format must be the program's own, never one that came from outside.
-  static NQ_TString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+  [[nodiscard]] static NQ_TString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
   unsigned int Length() const { return text_ == nullptr ? 0 : text_->length; }
-  bool Empty() const { return Length() == 0; }
+  [[nodiscard]] bool Empty() const { return Length() == 0; }
   std::u16string_view StringView() const { return text_ == nullptr ? std::u16string_view() : text_->View(); }
   /// The text as NUL-terminated UTF-8, valid while this string is unchanged. Made at the first call and kept.
   const char* c_str() const { return Narrow().data(); }
@@ -66,32 +70,33 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   const char16_t& operator[](unsigned int index) const { return text_->Units()[index]; }
 
   /// Position of the needle, −1 when there is none. Forward: the smallest position at or after start. Backward
-  /// (reverse): the largest position at or before start; a start of −1, or past the end, searches from the end.
-  int Find(const NQ_TString& needle, int start = 0, bool reverse = false) const;
-  int Find(const char* needle, int start = 0, bool reverse = false) const;
-  int Find(NQ_TUniChar needle, int start = 0, bool reverse = false) const;
-  int Find(char needle, int start = 0, bool reverse = false) const;
+  /// (reverse): the largest position at or before start; a start of −1, or past the end, searches from the end, and
+  /// from a smaller one nothing is found.
+  [[nodiscard]] int Find(const NQ_TString& needle, int start = 0, bool reverse = false) const;
+  [[nodiscard]] int Find(const char* needle, int start = 0, bool reverse = false) const;
+  [[nodiscard]] int Find(NQ_TUniChar needle, int start = 0, bool reverse = false) const;
+  [[nodiscard]] int Find(char needle, int start = 0, bool reverse = false) const;
 
   /// Whether the text begins with the prefix, character by character. The flags are accepted and change nothing.
-  bool StartsWith(const NQ_TString& prefix, int flags = 0) const;
-  bool BeginsWith(const NQ_TString& prefix, int flags = 0) const { return StartsWith(prefix, flags); }
+  [[nodiscard]] bool StartsWith(const NQ_TString& prefix, int flags = 0) const;
+  [[nodiscard]] bool BeginsWith(const NQ_TString& prefix, int flags = 0) const { return StartsWith(prefix, flags); }
   /// Wildcard match of the whole text: "*" matches any run of characters, everything else itself. The flags change
   /// nothing. Takes time linear in both for a pattern with one "*", and never more than length times pattern.
-  bool Match(const NQ_TString& pattern, int flags = 0) const;
+  [[nodiscard]] bool Match(const NQ_TString& pattern, int flags = 0) const;
 
   /// At most length characters from start on; length −1: to the end. A start past the end gives the empty string, a
   /// negative one counts as 0.
-  NQ_TString Substring(int start, int length = -1) const;
+  [[nodiscard]] NQ_TString Substring(int start, int length = -1) const;
   /// A copy with every occurrence of from replaced by to, left to right, inserted text not looked at again. An empty
   /// from replaces nothing. Flags and count are accepted and change nothing: every occurrence is replaced.
-  NQ_TString Replace(const NQ_TString& from, const NQ_TString& to, int flags = 0, int count = 0) const;
-  NQ_TString Replace(const char* from, const char* to, int flags = 0, int count = 0) const;
+  [[nodiscard]] NQ_TString Replace(const NQ_TString& from, const NQ_TString& to, int flags = 0, int count = 0) const;
+  [[nodiscard]] NQ_TString Replace(const char* from, const char* to, int flags = 0, int count = 0) const;
 
   /// Full Unicode case mapping, independent of language, in place.
   void ToUpper();
   void ToLower();
   /// A lower-case copy.
-  NQ_TString Lowered() const;
+  [[nodiscard]] NQ_TString Lowered() const;
 
   NQ_TString& Append(const NQ_TString& other);
   /// The view may lie inside this string.
@@ -106,8 +111,8 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   /// Makes the string empty; memory that no copy shares is kept for what is appended next.
   void Clear();
 
-  NQ_TString operator+(const NQ_TString& other) const;
-  NQ_TString operator+(const char* utf8) const { return *this + NQ_TString(utf8); }
+  [[nodiscard]] NQ_TString operator+(const NQ_TString& other) const;
+  [[nodiscard]] NQ_TString operator+(const char* utf8) const { return *this + NQ_TString(utf8); }
 
   bool operator==(const NQ_TString& other) const { return text_ == other.text_ || Equals(other.StringView()); }
   bool operator==(const char* utf8) const;
@@ -132,6 +137,7 @@ class NQ_EXPORT NQ_TString final : public NQ_TValueOf<NQ_TString, NQ_TValue, "NQ
   const NQ_TString& KeyText() const override { return *this; }
   void NQ_Pack(NQ_IPacking& packing) const override;
   void NQ_Unpack(NQ_IUnpacking& unpacking) override;
+  using NQ_TClassOf::NQ_ClassName;
   static NQ_TClass::TInterfaceNames NQ_Interfaces();
   const void* NQ_DynamicInfo(const char* name) const override;
 

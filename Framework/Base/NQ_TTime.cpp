@@ -9,14 +9,17 @@
 #include <ostream>
 #include <string>
 
+#include "NQ_EException.h"
+
 namespace {
 
 constexpr std::size_t kMaxFormatted = 65536;  // bytes; a pattern can ask for padding of any width
 
-double SystemClock() {
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return static_cast<double>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+double MillisecondOf(std::chrono::system_clock::time_point when) {
+  return static_cast<double>(std::chrono::floor<std::chrono::milliseconds>(when.time_since_epoch()).count());
 }
+
+double SystemClock() { return MillisecondOf(std::chrono::system_clock::now()); }
 
 std::atomic<NQ_TTime::TClock> currentClock{&SystemClock};
 
@@ -34,7 +37,20 @@ void NQ_TInterval::NQ_Unpack(NQ_IUnpacking& unpacking) { milliseconds_ = unpacki
 
 NQ_TTime::NQ_TTime() : milliseconds_(currentClock.load(std::memory_order_relaxed)()) {}
 
+NQ_TTime::NQ_TTime(std::chrono::system_clock::time_point when) : milliseconds_(MillisecondOf(when)) {}
+
 NQ_TTime NQ_TTime::FromMilliseconds(double milliseconds) { return NQ_TTime(milliseconds); }
+
+// Whole milliseconds and the rest of one are converted apart: together they are more than a double tells exactly.
+std::chrono::system_clock::time_point NQ_TTime::TimePoint() const {
+  constexpr NQ_TInterval::TDuration kEnd = std::chrono::system_clock::duration::max();
+  const double whole = std::floor(milliseconds_);
+  if (!(std::abs(whole) < kEnd.count() - 1))
+    nq::Throw(NQ_EException("The time is not one that the system's clock counts"));
+  const NQ_TInterval::TDuration rest(milliseconds_ - whole);
+  return std::chrono::system_clock::time_point(std::chrono::milliseconds(static_cast<std::int64_t>(whole)) +
+                                               std::chrono::duration_cast<std::chrono::system_clock::duration>(rest));
+}
 
 NQ_TTime::TClock NQ_TTime::SetClock(TClock clock) {
   return currentClock.exchange(clock == nullptr ? &SystemClock : clock, std::memory_order_relaxed);

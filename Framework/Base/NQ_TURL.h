@@ -25,16 +25,16 @@ class NQ_EXPORT NQ_TURL final : public NQ_TValueOf<NQ_TURL, NQ_TValue, "NQ_TURL"
   void SetPath(const NQ_TString& path) { path_ = path; }
 
   /// scheme "://" host "/" path; just the path when there is neither scheme nor host.
-  NQ_TString Text() const;
+  [[nodiscard]] NQ_TString Text() const;
   /// The text after the last "/" of the path.
-  NQ_TString FileName() const;
+  [[nodiscard]] NQ_TString FileName() const;
   /// The same URL with the path cut before its last "/", empty when there is none.
-  NQ_TURL Location() const;
+  [[nodiscard]] NQ_TURL Location() const;
   /// The last segment of the location's path.
-  NQ_TString FolderName() const;
+  [[nodiscard]] NQ_TString FolderName() const;
 
   /// Percent-encodes every byte of the UTF-8 text but the unreserved characters of RFC 3986, section 2.3, and "/".
-  static NQ_TString HexEncode(const NQ_TString& text);
+  [[nodiscard]] static NQ_TString HexEncode(const NQ_TString& text);
 
   bool operator==(const NQ_TURL& other) const {
     return scheme_ == other.scheme_ && host_ == other.host_ && path_ == other.path_;

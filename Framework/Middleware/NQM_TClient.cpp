@@ -54,7 +54,7 @@ void NQM_TClient::Call(const NQ_TDict& request, NQ_TAny& reply) {
   };
   if (!address_.IsSet()) failed(NQM_ECallFailed::kNoAddress, "the client has neither a port nor a service name");
   try {
-    reply = Transport()->Call(address_, request, timeout_);
+    reply = (own_ != nullptr ? own_ : Transport())->Call(address_, request, timeout_);
   } catch (const NQ_EException&) {
     throw;
   } catch (const std::exception& error) {
@@ -72,12 +72,12 @@ NQ_TAny NQM_TClient::Call(const NQ_TDict& request) {
 
 NQ_TAny NQM_TClient::Call(const NQ_TString& method, const NQ_TAny& first, const NQ_TAny& second) {
   NQ_TDict request;
-  request.Add("M", method).Add("P1", NQ_TAny(first)).Add("P2", NQ_TAny(second));
+  request.Add("M", method).Add("P1", first).Add("P2", second);
   return Call(request);
 }
 
 NQ_TAny NQM_TClient::Call(const NQ_TString& method, const NQ_TAny& first, const NQ_TAny& second, const NQ_TAny& third) {
   NQ_TDict request;
-  request.Add("M", method).Add("P1", NQ_TAny(first)).Add("P2", NQ_TAny(second)).Add("P3", NQ_TAny(third));
+  request.Add("M", method).Add("P1", first).Add("P2", second).Add("P3", third);
   return Call(request);
 }

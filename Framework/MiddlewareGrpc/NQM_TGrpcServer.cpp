@@ -8,6 +8,7 @@
 
 #include "Middleware.grpc.pb.h"
 #include "NQ_EException.h"
+#include "Private/Deadline.h"
 #include "Private/WireReply.h"
 #include "Private/WireText.h"
 #include "Private/WireValue.h"
@@ -121,8 +122,7 @@ class NQM_TGrpcServer::TImplementation {
   void Stop(std::chrono::milliseconds grace) {
     const std::lock_guard guard(lock_);
     if (stopped_) return;
-    constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);  // the clock counts in smaller units
-    server_->Shutdown(std::chrono::system_clock::now() + std::clamp(grace, std::chrono::milliseconds(0), kLongest));
+    server_->Shutdown(nq::wire::Deadline(std::max(grace, std::chrono::milliseconds(0))));
     server_->Wait();
     stopped_ = true;
   }

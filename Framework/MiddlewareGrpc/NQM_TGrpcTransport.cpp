@@ -9,6 +9,7 @@
 #include "Middleware.grpc.pb.h"
 #include "NQM_ECallFailed.h"
 #include "NQ_TBoxed.h"
+#include "Private/Deadline.h"
 #include "Private/WireReply.h"
 #include "Private/WireText.h"
 #include "Private/WireValue.h"
@@ -82,12 +83,6 @@ std::string PlainTarget(const NQM_TAddress& address, std::uint16_t servicePort) 
   return "dns:///" + host + ':' + std::to_string(address.port != 0 ? address.port : servicePort);
 }
 
-gpr_timespec Deadline(std::chrono::milliseconds timeout) {
-  constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);
-  const auto span = gpr_time_from_millis(std::min(timeout, kLongest).count(), GPR_TIMESPAN);
-  return gpr_time_add(gpr_now(GPR_CLOCK_MONOTONIC), span);  // a clock that is set does not matter
-}
-
 }  // namespace
 
 class NQM_TGrpcTransport::TImplementation {
@@ -106,7 +101,7 @@ class NQM_TGrpcTransport::TImplementation {
 
     const auto stub = StubFor(options_.target ? options_.target(address) : PlainTarget(address, options_.servicePort));
     grpc::ClientContext context;
-    context.set_deadline(Deadline(timeout));
+    context.set_deadline(nq::wire::Deadline(timeout));
     pb::Reply reply;
     const grpc::Status status = stub->Call(&context, message, &reply);
     if (!status.ok()) throw FailureOf(status, timeout);

@@ -15,7 +15,6 @@ class NQ_EXPORT AT_TDictTicket final : public AT_TTicket {
  public:
   explicit AT_TDictTicket(const NQ_TDict& content) : content_(content) {}
 
-  const void* NQ_MostDerivedObject() const override { return this; }
   NQ_TString GetTicketPath() const override;
   NQ_TString GetTicketID() const override;
   NQ_TString GetTaskName() const override;

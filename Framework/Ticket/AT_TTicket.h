@@ -1,4 +1,17 @@
 // The ticket of a task.
+//
+// A host derives its own tickets from AT_TTicket and overrides the eleven Get operations; everything else is done here:
+//
+//   class THostTicket final : public AT_TTicket {
+//    public:
+//     NQ_TString GetTicketPath() const override { return task_.path; }
+//     ...
+//   };
+//   THostTicket ticket(task);
+//   NQ_TAny(&ticket);       // holds it by reference: the ticket stays until the last copy of the variant is gone
+//
+// A subclass of this kind is an "AT_TTicket" to everybody. One that is to be found under its own name too overrides
+// NQ_DynamicInfo, as this class does. AT_TDictTicket is a ticket that is ready to use.
 #pragma once
 
 #include <vector>
@@ -18,6 +31,7 @@ class NQ_EXPORT AT_TTicket : public virtual NQ_TObject {
  public:
   static NQ_TClass& NQ_ClassObject();
   static const char* NQ_ClassName() { return NQ_ClassObject().Name(); }
+  const void* NQ_MostDerivedObject() const override { return dynamic_cast<const void*>(this); }
   const void* NQ_DynamicInfo(const char* name) const override;
 
   /// The text after its last "/" is the ticket's name.

@@ -19,7 +19,7 @@ TEST(Limits, ValuesThatDoubleEachOther) {
   }
 }
 
-// Not one of the searches fails, and each takes its time.
+// Of searches that each take their time, some end before all of it is over; one that takes longer is stopped.
 TEST(Limits, SlowExpressionsEndTogether) {
   for (const int length : {4'000, 65'000}) {
     Names names("number N = 7; limit regexMilliseconds = 100; text A = " + Repeated("x", length));
@@ -27,7 +27,7 @@ TEST(Limits, SlowExpressionsEndTogether) {
     const std::string token = "<A regex=\"()(?=x*[yw])\"/>",
                       resolved = Resolved(names, Repeated(token, 2'000) + "<N/>");
     EXPECT_TRUE(resolved.starts_with("! " + token) && resolved.ends_with(token + "7")) << length;
-    EXPECT_LT(resolved.size(), 2'000 * token.size()) << length;
+    EXPECT_EQ(resolved.size() < 2'000 * token.size(), length == 4'000) << length;
   }
 }
 

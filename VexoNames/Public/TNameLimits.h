@@ -22,12 +22,12 @@ struct TNameLimits {
   /// Time that those requests may take together, by the clock. A minute is two calls of the default deadline: services
   /// that do not answer hold nobody up for longer than that and the request in hand.
   std::int64_t queryMilliseconds = 60'000;
-  /// Steps that the regular-expression matcher may take from one starting position in a value (from each of fewer, the
-  /// longer the value is), and how deep it may recurse where it runs without machine code.
+  /// Steps that the regular-expression matcher may take from one starting position in a value, and how deep it may
+  /// recurse where it runs without machine code.
   unsigned long regexMatch = 1'000'000;
   unsigned long regexRecursion = 10'000;
-  /// Time that the regular expressions of a public call may take together, by the clock. The hardest single search
-  /// takes about a second.
+  /// Time that the regular expressions of a public call may take together, by the clock, which is looked at between
+  /// parts of a search that take a few seconds at most.
   std::int64_t regexMilliseconds = 10'000;
   /// XML files that values are read from, which are small: a file beyond a limit is not loaded, and the log tells
   /// which. Its size in bytes; also the characters that the entities it uses and attributes with a declared value add

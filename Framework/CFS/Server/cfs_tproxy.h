@@ -12,9 +12,9 @@
 #include <map>
 #include <optional>
 
+#include "CFS/Server/cfs_exceptions.h"
 #include "NQM_TClient.h"
 #include "NQ_TMutex.h"
-#include "cfs_exceptions.h"
 
 class NQ_EXPORT CFS_TProxy : public NQM_TClient {
  public:

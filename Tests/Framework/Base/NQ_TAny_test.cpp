@@ -27,6 +27,10 @@ TEST(NQ_TAny, HoldsOneObjectOfAnyClass) {
       {boolean, "NQ_TBool 1"},
       {0.1, "NQ_TDouble 0.1"},
       {L"\u00E9", "NQ_TString \xC3\xA9"},
+      {u"\u00EA", "NQ_TString \xC3\xAA"},
+      {std::string("s\0", 2), std::string("NQ_TString s\0", 13)},
+      {std::string_view("view", 3), "NQ_TString vie"},
+      {std::u16string_view(u"\u00EB"), "NQ_TString \xC3\xAB"},
       {NQ_TURL(S("file://h/p")), "NQ_TURL file://h/p"},
       {NQ_TInterval(1'234'500), "NQ_TInterval 1234.5 s"},
       {dict, "NQ_TDict {k = 1}"},
@@ -36,15 +40,47 @@ TEST(NQ_TAny, HoldsOneObjectOfAnyClass) {
   };
   for (const auto& row : cases) {
     const NQ_TAny& value = row.first;
-    const std::string name = value.ClassName(), thrown = Thrown([&] { value.AsInt32(); });
+    const std::string name = value.ClassName();
     EXPECT_EQ(name + " " + Printed(value), row.second);
     for (const auto& other : cases) EXPECT_EQ(value == other.first, &row == &other) << other.second;
     EXPECT_EQ(value.DynamicCast(name.c_str()) != nullptr, name != "NQ_TAny") << name;
-    EXPECT_EQ(thrown.substr(0, thrown.find(':')), name == "NQ_TInt32" ? "" : "NQ_EIllegalCastFromAny");
+    const std::pair<std::string, std::string> reads[] = {
+        {"NQ_TInt32", Thrown([&] { static_cast<void>(value.AsInt32()); })},
+        {"NQ_TString", Thrown([&] { static_cast<void>(value.AsText()); })},
+        {"NQ_TBool", Thrown([&] { static_cast<void>(value.AsBool()); })},
+        {"NQ_TDouble", Thrown([&] { static_cast<void>(value.AsDouble()); })},
+    };
+    for (const auto& [kind, thrown] : reads)
+      EXPECT_EQ(thrown.substr(0, thrown.find(':')), name == kind ? "" : "NQ_EIllegalCastFromAny") << name << kind;
   }
+  EXPECT_TRUE(NQ_TAny(7).AsInt32() == 7 && NQ_TAny("t").AsText() == "t" && NQ_TAny(true).AsBool() &&
+              NQ_TAny(0.5).AsDouble() == 0.5);
+  EXPECT_EQ(Thrown([] { static_cast<void>(NQ_TAny(1).AsBool()); }),
+            "NQ_EIllegalCastFromAny: The variant holds no boolean");
   EXPECT_EQ(NQ_TAny(dict), NQ_TAny(NQ_TDict().Add("k", 1)));
   EXPECT_EQ(NQ_TAny(NQ_TTree()).As<NQ_TDict>()->Size(), 0U);  // a tree is a dictionary too
   EXPECT_EQ(NQ_TAny(7).ValueOr(NQ_TInt32(1)).Value() + NQ_TAny("x").ValueOr(NQ_TInt32(1)).Value(), 8);
+}
+
+int Answer(int question) { return question + 1; }
+
+TEST(NQ_TAny, HoldsThePointersThatAreAssigned) {
+  static const volatile int number = 7;
+  NQ_TDict dict;
+  const NQ_TDict& constant = dict;
+  NQ_TAny any;
+  const auto held = [&] { return any.As<NQ_TPointer>()->Value(); };
+  any = &number;
+  EXPECT_EQ(held(), const_cast<int*>(&number));
+  any = &constant;
+  EXPECT_EQ(held(), &dict);
+  any = static_cast<const void*>(&dict);
+  EXPECT_EQ(held(), &dict);
+  any = Answer;
+  EXPECT_EQ(reinterpret_cast<int (*)(int)>(held())(41), 42);
+  char text[] = "text";  // characters are text, also those that may be written
+  any = text;
+  EXPECT_EQ(any, NQ_TAny("text"));
 }
 
 TEST(NQ_TAny, HoldsByReferenceWhatItIsGivenAsAPointer) {

@@ -27,6 +27,9 @@ TEST(NQ_TDict, AllKindsOfKeysAreTheSameKeys) {
   NQ_TDict dict;
   dict.Add("a", 1).Add(L"a", 2).Add(S("a"), 3).Add("", 5).Add(NQ_TString("\0", 1), 6).Add(S(longer), 7);
   dict[L"\u00E9"] = 4;
+  const NQ_TAny held("held");
+  dict.Add(std::string("h"), held)[u"h"] = held;
+  dict.Add(static_cast<const NQ_IHashable&>(S("h")), 8).Remove(std::string_view("h"));
   dict["b"];
   const NQ_TDict& read = dict;
   EXPECT_EQ(Printed(read),

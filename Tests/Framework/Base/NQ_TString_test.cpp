@@ -24,6 +24,13 @@ TEST(NQ_TString, IsMadeOfTextInAnyForm) {
       {NQ_TString(wide, 2), u"a\U0001F4C4"},
       {NQ_TString(u"ab\xD800", 3), u"ab\xD800"},
       {NQ_TString() = L"w\u00E9", u"w\u00E9"},
+      {std::string("a\0\xC3\xB8", 4), u16string_view(u"a\0\u00F8", 3)},
+      {std::string_view("abc", 2), u"ab"},
+      {u16string_view(u"a\0\xD800", 3), u16string_view(u"a\0\xD800", 3)},
+      {NQ_TString("x") = std::string("s"), u"s"},
+      {NQ_TString("x") = std::string_view(), u""},
+      {NQ_TString("x") = u16string_view(u"\u00F8"), u"\u00F8"},
+      {NQ_TString("x").Append(std::string("y")) + std::string_view("z") + "!", u"xyz!"},
       {NQ_TString::Format("%05d", 42) + NQ_TString::Format("[%s]%%", "x"), u"00042[x]%"},
   };
   for (const auto& [text, units] : cases)
@@ -31,6 +38,7 @@ TEST(NQ_TString, IsMadeOfTextInAnyForm) {
   EXPECT_EQ(NQ_TString::Format("%1000s", "x").Length(), 1000U);
   // Nothing but text can be assigned: it would leave the text as it was.
   static_assert(!std::is_assignable_v<NQ_TString&, NQ_TURL> && !std::is_assignable_v<NQ_TURL&, NQ_TString>);
+  static_assert(!std::is_constructible_v<NQ_TString, std::nullptr_t> && !std::is_convertible_v<int, NQ_TString>);
 }
 
 bool PlainMatch(u16string_view text, u16string_view pattern) {
@@ -51,12 +59,12 @@ TEST(NQ_TString, FindsMatchesAndReplacesAsThePlainWayDoes) {
   for (int round = 0; round < 10'000; ++round) {
     const u16string text = random.Word(u"ab", 8), pattern = random.Word(u"ab**", 6);
     const NQ_TString string(text), part(random.Word(u"ab", 3)), other(random.Word(u"ab", 2));
-    const int start = static_cast<int>(random.Below(12)) - 2, count = static_cast<int>(random.Below(5)) - 1;
+    const int start = static_cast<int>(random.Below(14)) - 4, count = static_cast<int>(random.Below(5)) - 1;
     int first = -1, last = -1;
     for (int i = 0; i <= static_cast<int>(text.size()); ++i) {
       if (!u16string_view(text).substr(static_cast<std::size_t>(i)).starts_with(part.StringView())) continue;
       if (i >= start && first < 0) first = i;
-      if (start < 0 || i <= start) last = i;
+      if (start == -1 || i <= start) last = i;
     }
     SCOPED_TRACE(Printed(string + " " + part + " " + NQ_TString(pattern) + " ") + std::to_string(start));
     ASSERT_EQ(string.Find(part, start, false), first);

@@ -52,6 +52,12 @@ TEST(NQ_TObject, IsViewedByName) {
     }
     EXPECT_EQ(object.DynamicCast(nullptr), nullptr);
   }
+  for (const auto& [name, of] :
+       {std::pair(NQ_IPackable::NQ_ClassName(), "NQ_IPackable"),
+        std::pair(NQ_IHashable::NQ_ClassName(), "NQ_IHashable"),
+        std::pair(NQ_IIteratable::NQ_ClassName(), "NQ_IIteratable"), std::pair(NQ_TAny::NQ_ClassName(), "NQ_TAny"),
+        std::pair(NQ_TString::NQ_ClassName(), "NQ_TString")})
+    EXPECT_STREQ(name, of);
   // A view is cast to a pointer to just that class or interface.
   EXPECT_EQ(static_cast<const NQ_IHashable*>(text.DynamicCast("NQ_IHashable")), &text);
   EXPECT_EQ(static_cast<const NQ_IIteratable*>(tree.DynamicCast("NQ_IIteratable")), &tree);
@@ -74,6 +80,22 @@ TEST(NQ_EException, IsThrownAsItsOwnClassFromWhereItIsThrown) {
     EXPECT_FALSE(again.NQ_IsIdent(error));
     EXPECT_EQ(Printed(again.NQ_StackTrace()), "(" + site + ", " + __FILE__ + ":7)");
   }
+}
+
+TEST(NQ_EException, IsAStandardExceptionToo) {
+  try {
+    nq::Throw(NQ_EIllegalCastFromAny(S("J\xC3\xB8rg"), NQ_TAny(1)));
+  } catch (const std::exception& caught) {
+    EXPECT_STREQ(caught.what(), "J\xC3\xB8rg");
+    EXPECT_EQ(dynamic_cast<const NQ_EException&>(caught).ClassName(), std::string("NQ_EIllegalCastFromAny"));
+  }
+  NQ_EException error;
+  const std::exception& standard = error;
+  EXPECT_STREQ(standard.what(), "");
+  error.NQ_Message() = "later";
+  EXPECT_STREQ(standard.what(), "later");
+  const std::unique_ptr<NQ_IPackable> clone(error.NQ_Clone());
+  EXPECT_STREQ(dynamic_cast<const std::exception&>(*clone).what(), "later");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Times, URLs, and the files that URLs name.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
@@ -45,6 +46,40 @@ TEST(NQ_TTime, FormatsLocalTime) {
   EXPECT_EQ(Printed(NQ_TTime::FromMilliseconds(0) - NQ_TTime::FromMilliseconds(1500)), "-1.5 s");
   before.empty() ? unsetenv("TZ") : setenv("TZ", before.c_str(), 1);
   tzset();
+}
+
+TEST(NQ_TTime, ComesFromAndGoesToChrono) {
+  using namespace std::chrono_literals;
+  using TPoint = std::chrono::system_clock::time_point;
+  const struct {
+    TPoint when;
+    double milliseconds;
+    TPoint back;
+  } cases[] = {
+      {TPoint(), 0, TPoint()},
+      {TPoint(1'782'903'909'999ms + 999us), 1'782'903'909'999.0, TPoint(1'782'903'909'999ms)},
+      {TPoint(-1ns), -1, TPoint(-1ms)},
+  };
+  for (const auto& row : cases) {
+    const NQ_TTime time(row.when);
+    EXPECT_EQ(time.Milliseconds(), row.milliseconds);
+    EXPECT_EQ(time.TimePoint(), row.back) << row.milliseconds;
+  }
+  EXPECT_EQ(NQ_TTime::FromMilliseconds(1.5).TimePoint(), TPoint(1500us));
+  for (const double outside : {9.3e15, -9.3e15, double{NAN}, double{HUGE_VAL}})
+    EXPECT_EQ(Thrown([&] { NQ_TTime::FromMilliseconds(outside).TimePoint(); }),
+              "NQ_EException: The time is not one that the system's clock counts");
+  EXPECT_EQ(Printed(NQ_TInterval(1min + 500us)), "60.0005 s");
+  EXPECT_EQ(NQ_TInterval(250.5).Duration(), 250'500us);
+}
+
+TEST(NQ_TTime, IsNowByTheClockThatIsSet) {
+  const auto before = NQ_TTime::SetClock([] { return 7.0; });
+  EXPECT_EQ(NQ_TTime().Milliseconds(), 7);
+  EXPECT_EQ(NQ_TTime::SetClock(nullptr)(), 7);
+  const auto now = std::chrono::system_clock::now();
+  EXPECT_LT(std::chrono::abs(NQ_TTime().TimePoint() - now), std::chrono::minutes(1));
+  NQ_TTime::SetClock(before);
 }
 
 TEST(NQ_TURL, PartsAndText) {

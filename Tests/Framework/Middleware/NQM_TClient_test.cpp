@@ -10,6 +10,7 @@
 #include "NQM_ECallFailed.h"
 #include "NQ_TBoxed.h"
 #include "NQ_TSocket.h"
+#include "Services/J_TProxy.h"
 
 namespace middleware_test {
 namespace {
@@ -39,6 +40,24 @@ TEST(NQM_TClient, SendsWhatItIsGivenWhereItIsTold) {
   EXPECT_EQ(Printed(client.Call("Query", 1, 2.5, NQ_TAny::Illegal())),
             "FS@localhost:99 mode 2 {M = Query, P1 = 1, P2 = 2.5, P3 = (illegal)} 250 ms");
   NQM_TClient::SetTransport(before);
+}
+
+// Clients with services of their own do not see those of the process, nor each other's.
+TEST(NQM_TClient, MayHaveATransportOfItsOwn) {
+  const TOffered ofProcess("Jobs", [](auto&) { return NQ_TAny("the process's"); });
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back([t] {
+      const auto services = std::make_shared<NQM_TServices>();
+      services->Add("", "Jobs", [t](auto&) { return NQ_TAny(t); });
+      J_TProxy jobs;
+      jobs.Client().SetConnectionAddress("", "Jobs", 0, TLocationMode_Default);
+      jobs.Client().SendThrough(services);
+      for (int round = 0; round < 100; ++round) ASSERT_EQ(jobs.Client().Call(NQ_TDict{{"M", "Who"}}), NQ_TAny(t));
+      jobs.Client().SendThrough(nullptr);
+      EXPECT_EQ(jobs.Client().Call(NQ_TDict{{"M", "Who"}}), NQ_TAny("the process's"));
+    });
+  for (auto& thread : threads) thread.join();
 }
 
 // The reply stays what it was, whatever the service throws.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/AttributeKeys.h"
+#include "engine/BudgetClock.h"
 #include "engine/BuiltIns.h"
 #include "engine/EvaluatorSteps.h"
 #include "regex/Regex.h"
@@ -120,7 +121,8 @@ bool TEvaluator<TObserver>::CutRegex(const TStage& stage, TToken* token, TTextIn
   budget_.BeginRegex();
   const bool isTokens = token != nullptr && !stage.attribute.empty();
   const TRegex& regex = isTokens ? token->Regex() : KeptRegex(NQ_TString(pattern));
-  const TRegexLimits limits{engine_.limits.regexMatch, engine_.limits.regexRecursion};
+  TBudgetClock clock(budget_);
+  const TRegexLimits limits{engine_.limits.regexMatch, engine_.limits.regexRecursion, &clock};
   const unsigned int end = text.Out().Length();
   const TRegexResult result = regex.AppendFirstGroup(text.View(), limits, text.Out());
   if (result.kind == TRegexResult::TKind::Matched) {
@@ -138,12 +140,13 @@ bool TEvaluator<TObserver>::CutRegex(const TStage& stage, TToken* token, TTextIn
 template <class TObserver>
 bool TEvaluator<TObserver>::TakeUnmatched(const TStage& stage, const TRegexResult& result, const NQ_TString& pattern,
                                           TTextInHand& text) {
+  if (result.kind == TRegexResult::TKind::TimeSpent) return FailLimit(TLimit::RegexMilliseconds, stage.key);
   budget_.characters -= pattern.Length();
   const NQ_TString input(text.View());
   if constexpr (TObserver::kCalls) LogUnmatched(result, pattern, input);
   const bool fails = result.kind != TRegexResult::TKind::NoMatch;
   if (fails && (!text.IsUnknown() || result.kind != TRegexResult::TKind::MatchError))
-    return Fail(stage.key, {}, [&] { return RegexProblem(result, pattern, engine_.limits); });
+    return Fail(stage.key, {}, [&] { return RegexProblem(result, pattern); });
   Reported([&](auto& observer) {
     if (!text.IsUnknown())
       observer.Findings().Add(TNameProblem::TNameProblem_KindNoMatch, NoMatchSentence(input, pattern));

@@ -14,7 +14,7 @@ void TEvaluator<TObserver>::NoteToken(TToken& token, std::u16string_view written
     const auto offset = static_cast<std::size_t>(written.find(token.text));
     std::vector<TSyntaxNote> notes;
     const TMarkers markers{written.substr(0, offset), written.substr(offset + token.text.size())};
-    NoteTokenSyntax(token.text, markers, 0, notes);
+    NoteTokenSyntax(token.text, markers, offset, notes);
     if (notes.empty()) return token.SetCleanSyntax();
     for (TSyntaxNote& note : notes) observer_.Note(note.kind, std::move(note.reason), std::move(note.suggestion));
   }

@@ -1,6 +1,7 @@
 // The evaluator, first chapter: walking over a template, and the frame around each token. For Evaluator.cpp only.
 #pragma once
 
+#include "engine/BudgetClock.h"
 #include "engine/Evaluator.h"
 #include "engine/Sentences.h"
 #include "text/Log.h"
@@ -194,7 +195,8 @@ bool TEvaluator<TObserver>::FindGroup(TToken& token, std::u16string_view& text) 
   if (ascii == nullptr || budget_.RegexSpent()) return false;
   budget_.BeginRegex();
   std::string_view group;
-  const TRegexLimits limits{engine_.limits.regexMatch, engine_.limits.regexRecursion};
+  TBudgetClock clock(budget_);
+  const TRegexLimits limits{engine_.limits.regexMatch, engine_.limits.regexRecursion, &clock};
   if (!token.Regex().FindFirstGroup({ascii, text.size()}, limits, group)) return false;
   text =
       group.empty() ? std::u16string_view() : text.substr(static_cast<std::size_t>(group.data() - ascii), group.size());

@@ -8,6 +8,7 @@
 #include "NQ_ENoSuchUnitCategory.h"
 #include "NQ_TBoxed.h"
 #include "formatting/number/Units.h"
+#include "regex/RegexReason.h"
 #include "text/Log.h"
 #include "text/PrintfRefusal.h"
 #include "text/StageFindings.h"
@@ -160,25 +161,12 @@ TProblem SpecificationProblem(P::TNameProblem_Kind kind, std::u16string_view key
   return Problem(kind, NQ_TString("what ") + Named(key) + " has for " + WordOf(kind) + " is no text");
 }
 
-TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern, const TNameLimits& limits) {
-  constexpr int kMatchLimit = -8, kRecursionLimit = -21;  // PCRE's codes
-  const NQ_TString regex = NQ_TString("regex ") + Quoted(pattern.StringView());
-  TProblem problem = Problem(P::TNameProblem_KindRegex, regex);
-  switch (result.kind) {
-    case TRegexResult::TKind::CompileError:
-      problem.reason =
-          regex + NQ_TString::Format(" cannot be read at byte %d: %s", result.errorOffset, result.errorText);
-      break;
-    case TRegexResult::TKind::NoGroup:
-      problem.reason = regex + " has no group; put brackets around the part that is wanted, such as \"v([0-9]+)\"";
-      break;
-    default:
-      if (result.code == kMatchLimit) problem.limit = TLimit::RegexMatch;
-      if (result.code == kRecursionLimit) problem.limit = TLimit::RegexRecursion;
-      problem.reason = problem.limit == TLimit::None
-                           ? regex + NQ_TString::Format(": the search failed with code %d", result.code)
-                           : regex + ": " + SentenceOf(problem.limit, limits);
-  }
+TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern) {
+  TProblem problem =
+      Problem(P::TNameProblem_KindRegex, RegexReason(result, pattern), RegexSuggestion(result, pattern));
+  const std::string_view limit = ExceededLimit(result);
+  for (const TLimit known : {TLimit::RegexMatch, TLimit::RegexRecursion})
+    if (NameOf(known) == limit) problem.limit = known;
   return problem;
 }
 
@@ -231,6 +219,7 @@ void LogUnmatched(const TRegexResult& result, const NQ_TString& pattern, const N
       return Log(0, "TName:'", input, "' does not match regex '", pattern, "':match error ", result.code);
     case TRegexResult::TKind::NoGroup:
       return Log(0, "TName:'", input, "' matches regex '", pattern, "', but the number of capturing groups is 0");
+    case TRegexResult::TKind::TimeSpent:
     case TRegexResult::TKind::Matched:
       return;
   }

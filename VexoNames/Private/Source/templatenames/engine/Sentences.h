@@ -34,7 +34,7 @@ TProblem TimeFormatProblem(std::u16string_view format);
 TName::TName_Error ErrorCodeOf(TStageError error);
 TProblem StageProblem(TStageError error, std::u16string_view specification);
 TProblem SpecificationProblem(TNameProblem::TNameProblem_Kind kind, std::u16string_view key);
-TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern, const TNameLimits& limits);
+TProblem RegexProblem(const TRegexResult& result, const NQ_TString& pattern);
 /// For an exception that leaves the formatting options.
 TProblem OptionsProblem(const NQ_EException& error, const NQ_TDict& options);
 NQ_TString NoMatchSentence(const NQ_TString& input, const NQ_TString& pattern);

@@ -1,13 +1,12 @@
 #include "regex/PcreProgram.h"
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <type_traits>
-#include <vector>
+#include <new>
 
+#include "regex/LargeStack.h"
+#include "regex/Pattern.h"
 #include "text/ThreadKept.h"
 
 namespace templatenames {
@@ -18,8 +17,10 @@ namespace {
 constexpr std::size_t kMaxPattern = 16'384;
 constexpr const char* kPatternTooLong = "regular expression is longer than 16384 bytes";
 
-constexpr int kOffsets = std::extent_v<TPcreProgram::TOffsets>;
-constexpr unsigned long kInterpreterDrag = 10;  // so many times as long takes a step of the interpreter, about
+constexpr int kCompileErrorNoMemory = 21;
+
+// More would need hundreds of megabytes of stack.
+constexpr unsigned long kMostLevels = 200'000;
 
 // The stack of the machine code of one thread, grown on demand and kept. Alternatives repeated 20,000 times fit.
 class TNativeStack {
@@ -38,18 +39,14 @@ class TNativeStack {
   pcre_jit_stack* const stack_;
 };
 
-// How much stack the running thread has left; little when that is unknown.
-std::size_t StackLeft() {
-  constexpr std::size_t kUnknown = 64 * 1024;
-  pthread_attr_t attributes;
-  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return kUnknown;
-  void* low = nullptr;
-  std::size_t size = 0;
-  const int failed = pthread_attr_getstack(&attributes, &low, &size);
-  pthread_attr_destroy(&attributes);
-  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-  const auto end = reinterpret_cast<std::uintptr_t>(low);
-  return failed != 0 || here < end ? kUnknown : here - end;
+// Stack for what is not recursion, with much to spare.
+constexpr std::size_t kRoom = 256 * 1024;
+
+// What one level of the interpreter's recursion takes.
+std::size_t BytesPerLevel() {
+  // Called like this, PCRE tells the size, negative.
+  static const int frame = -pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
+  return static_cast<std::size_t>(std::max(frame, 64));
 }
 
 }  // namespace
@@ -60,21 +57,15 @@ TPcreProgram::TPcreProgram(const std::string& pattern, int options) {
     errorOffset_ = static_cast<int>(kMaxPattern);
     return;
   }
-  code_.reset(pcre_compile(pattern.c_str(), PCRE_UTF8 | options, &error_, &errorOffset_, nullptr));
+  int error = 0;
+  const TPattern read = ReadPattern(pattern);
+  code_.reset(pcre_compile2(read.text.c_str(), PCRE_UTF8 | options, &error, &error_, &errorOffset_, nullptr));
+  if (error == kCompileErrorNoMemory) throw std::bad_alloc();
   if (code_ == nullptr) return;
-  const char* ignored = nullptr;  // without a study the search is slower, not different
-  study_.reset(pcre_study(code_.get(), PCRE_STUDY_JIT_COMPILE, &ignored));
-  native_ = study_ != nullptr && (study_->flags & PCRE_EXTRA_EXECUTABLE_JIT) != 0;
-  if (native_) usual_ = NativeExtra(kUsualLimits.match);
+  tied_ = read.tied;
+  if (!read.interpreted) MakeNative();
+  starts_ = TStarts(code_.get(), study_.get());
   const auto ask = [this](int what, void* answer) { pcre_fullinfo(code_.get(), study_.get(), what, answer); };
-  unsigned long effective = 0;
-  ask(PCRE_INFO_OPTIONS, &effective);
-  anchored_ = (effective & PCRE_ANCHORED) != 0;
-  int hasRequired = 0;
-  std::uint32_t required = 0;
-  ask(PCRE_INFO_REQUIREDCHARFLAGS, &hasRequired);
-  ask(PCRE_INFO_REQUIREDCHAR, &required);
-  if (hasRequired != 0 && required < 0x80) required_ = static_cast<char>(required);
   ask(PCRE_INFO_CAPTURECOUNT, &groups_);
   for (const int what : {PCRE_INFO_SIZE, PCRE_INFO_STUDYSIZE, PCRE_INFO_JITSIZE}) {
     std::size_t bytes = 0;
@@ -83,14 +74,11 @@ TPcreProgram::TPcreProgram(const std::string& pattern, int options) {
   }
 }
 
-std::ptrdiff_t TPcreProgram::LastStart(std::string_view text) const {
-  if (anchored_) return 0;
-  if (required_ == 0) return static_cast<std::ptrdiff_t>(text.size());
-  // PCRE does not tell whether it means both cases.
-  const char lower = static_cast<char>(required_ | 0x20);
-  const char other = lower >= 'a' && lower <= 'z' ? static_cast<char>(required_ ^ 0x20) : required_;
-  const char either[] = {required_, other};
-  return static_cast<std::ptrdiff_t>(text.find_last_of(std::string_view(either, 2)));  // npos is −1
+void TPcreProgram::MakeNative() {
+  const char* ignored = nullptr;  // without a study the search is slower, not different
+  study_.reset(pcre_study(code_.get(), PCRE_STUDY_JIT_COMPILE, &ignored));
+  native_ = study_ != nullptr && (study_->flags & PCRE_EXTRA_EXECUTABLE_JIT) != 0;
+  if (native_) usual_ = NativeExtra(kUsualLimits.match);
 }
 
 pcre_extra TPcreProgram::NativeExtra(unsigned long matchLimit) const {
@@ -104,20 +92,22 @@ pcre_extra TPcreProgram::NativeExtra(unsigned long matchLimit) const {
 
 pcre_jit_stack* TPcreProgram::NativeStack() { return TThreadKept<TNativeStack>::Mine().Get(); }
 
-int TPcreProgram::Interpret(std::string_view text, std::size_t start, const TRegexLimits& limits,
+// On this thread's stack when that is large enough, else on another one.
+int TPcreProgram::Interpret(std::string_view text, std::size_t start, int options, const TRegexLimits& limits,
                             TOffsets& offsets) const {
-  // Called like this, PCRE tells the size of one level of its recursion, negative.
-  static const int frame = -pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
-  const unsigned long levels = StackLeft() / 2 / static_cast<std::size_t>(std::max(frame, 64));
-  pcre_extra extra = study_ != nullptr ? *study_ : pcre_extra{};
-  extra.flags |= PCRE_EXTRA_MATCH_LIMIT | PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-  extra.match_limit = std::max(limits.match / kInterpreterDrag, 1UL);
-  extra.match_limit_recursion = std::max(std::min(limits.recursion, levels), 1UL);
-  // With room for all groups it says, as machine code does, that a group after the first took part.
-  std::vector<int> all(static_cast<std::size_t>(std::max(3 * (groups_ + 1), kOffsets)));
-  const int rc = pcre_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start),
-                           PCRE_NO_UTF8_CHECK, all.data(), static_cast<int>(all.size()));
-  std::copy_n(all.begin(), kOffsets, offsets);
+  const auto run = [&](std::size_t levels) {
+    pcre_extra extra{};
+    extra.flags = PCRE_EXTRA_MATCH_LIMIT | PCRE_EXTRA_MATCH_LIMIT_RECURSION;
+    extra.match_limit = std::max(limits.match, 1UL);
+    extra.match_limit_recursion = levels;
+    return pcre_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start),
+                     options | PCRE_NO_UTF8_CHECK, offsets, std::extent_v<TOffsets>);
+  };
+  const std::size_t levels = std::clamp(limits.recursion, 1UL, kMostLevels);
+  const std::size_t here = std::max(StackLeft() / 2 / BytesPerLevel(), std::size_t{1});
+  int rc = run(std::min(levels, here));
+  if (rc != PCRE_ERROR_RECURSIONLIMIT || levels <= here) return rc;
+  CallOnStack(levels * BytesPerLevel() + kRoom, [&] { rc = run(levels); });
   return rc;
 }
 

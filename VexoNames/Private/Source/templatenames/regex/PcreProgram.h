@@ -1,8 +1,9 @@
 // One compiled PCRE pattern and its run over UTF-8 text.
 //
-// Compiled to machine code where PCRE can do that, and interpreted elsewhere. A program is immutable; threads may use
-// one together. A run never overflows the stack: machine code has one of its own per thread, and how deep the
-// interpreter goes depends on what the running thread has left.
+// A run gives what pcre_exec gives for the whole text, without study and options, with room for one group. It is done
+// by machine code where that is certain to give the same, and by PCRE's interpreter for other patterns. A program is
+// immutable; threads may use one together. A run never overflows the stack: machine code has one of its own per thread,
+// and the interpreter gets another stack when the running thread's is too small.
 #pragma once
 
 #include <pcre.h>
@@ -13,28 +14,26 @@
 #include <string_view>
 #include <type_traits>
 
+#include "regex/RegexLimits.h"
+#include "regex/Starts.h"
+
 namespace templatenames {
-
-/// What one search may cost. A search that would exceed a limit is a matching error with PCRE's code for that limit.
-struct TRegexLimits {
-  /// Steps of the matcher from one starting position. Long inputs, with their many positions, may get fewer.
-  unsigned long match = 1'000'000;
-  /// Depth of the matcher where there is no machine code.
-  unsigned long recursion = 10'000;
-};
-
-inline constexpr TRegexLimits kUsualLimits;
 
 class TPcreProgram {
  public:
-  /// Compiles the pattern with PCRE_UTF8 and the options given. Patterns of more than 16,384 bytes are refused.
+  /// Compiles the pattern with PCRE_UTF8 and the options given. Patterns of more than 16,384 bytes are refused. Throws
+  /// std::bad_alloc when there is no memory.
   explicit TPcreProgram(const std::string& pattern, int options = 0);
 
   /// Null when the pattern is compiled, else what is wrong with it; static.
   const char* Error() const { return code_ != nullptr ? nullptr : error_; }
   int ErrorOffset() const { return errorOffset_; }
-  /// The last place of the text at which a match can begin, as far as that is known beforehand; −1 for none.
-  std::ptrdiff_t LastStart(std::string_view text) const;
+  int Groups() const { return groups_; }
+  /// Whether the text must be searched at one go, because places where a match can begin depend on each other.
+  bool IsTied() const { return tied_; }
+  /// Whether there is machine code. Programs that are tied have none.
+  bool IsNative() const { return native_; }
+  const TStarts& Starts() const { return starts_; }
   /// Memory held.
   std::size_t Bytes() const { return bytes_; }
 
@@ -42,10 +41,17 @@ class TPcreProgram {
   using TOffsets = int[6];
 
   /// Searches the text, valid UTF-8 of less than 2^31 bytes, from a character on. Returns what pcre_exec returns, but
-  /// never 1 when a group after the first took part.
+  /// perhaps 0 in place of 2, and PCRE_ERROR_MATCHLIMIT sooner or later when there is machine code, which counts its
+  /// steps in another way. The limits' clock is not asked.
   int Search(std::string_view text, std::size_t start, const TRegexLimits& limits, TOffsets& offsets) const {
     pcre_jit_stack* const stack = native_ ? NativeStack() : nullptr;
-    return stack == nullptr ? Interpret(text, start, limits, offsets) : Run(*stack, text, start, limits, offsets);
+    const int rc =
+        stack == nullptr ? Interpret(text, start, 0, limits, offsets) : Run(*stack, text, start, limits, offsets);
+    return rc == PCRE_ERROR_JIT_STACKLIMIT ? Interpret(text, start, 0, limits, offsets) : rc;
+  }
+  /// The same for a match that begins there, by the interpreter.
+  int MatchAt(std::string_view text, std::size_t start, const TRegexLimits& limits, TOffsets& offsets) const {
+    return Interpret(text, start, PCRE_ANCHORED, limits, offsets);
   }
 
  private:
@@ -54,6 +60,7 @@ class TPcreProgram {
     void operator()(pcre_extra* study) const { pcre_free_study(study); }
   };
 
+  void MakeNative();
   /// The running thread's; null when there is no memory for it.
   static pcre_jit_stack* NativeStack();
   /// What machine code looks at: copying all of the study takes longer than all else here.
@@ -66,17 +73,20 @@ class TPcreProgram {
   }
   int Run(pcre_jit_stack& stack, std::string_view text, std::size_t start, const pcre_extra& extra,
           TOffsets& offsets) const {
-    return pcre_jit_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()), static_cast<int>(start), 0,
-                         offsets, std::extent_v<TOffsets>, &stack);
+    const int rc = pcre_jit_exec(code_.get(), &extra, text.data(), static_cast<int>(text.size()),
+                                 static_cast<int>(start), 0, offsets, std::extent_v<TOffsets>, &stack);
+    // Machine code counts groups for which there is no room, the interpreter does not.
+    return rc == 0 && offsets[2] < 0 ? 1 : rc;
   }
-  int Interpret(std::string_view text, std::size_t start, const TRegexLimits& limits, TOffsets& offsets) const;
+  int Interpret(std::string_view text, std::size_t start, int options, const TRegexLimits& limits,
+                TOffsets& offsets) const;
 
   std::unique_ptr<pcre, TFree> code_;
   std::unique_ptr<pcre_extra, TFree> study_;  // may be null
   bool native_ = false;                       // there is machine code
-  pcre_extra usual_{};                        // for that, with the usual limits
-  bool anchored_ = false;                     // a match begins at the beginning of the text
-  char required_ = 0;                         // a letter of either case or another character of every match
+  bool tied_ = false;
+  pcre_extra usual_{};  // for machine code, with the usual limits
+  TStarts starts_;
   int groups_ = 0;
   std::size_t bytes_ = 0;
   const char* error_ = nullptr;

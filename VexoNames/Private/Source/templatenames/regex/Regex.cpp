@@ -1,7 +1,6 @@
 #include "regex/Regex.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <limits>
 
@@ -13,19 +12,40 @@
 namespace templatenames {
 namespace {
 
-// PCRE counts steps anew at every starting position, and one step may look at the whole rest of the text. So what a
-// search may take is measured in steps times starting positions times length. This much takes about half a second.
+// PCRE counts steps anew at every starting position, and one step may look at the whole rest of the text. So the work
+// of a search is steps times starting positions times length. This much takes machine code about half a second at
+// worst; what is below runs at one go.
 constexpr std::uint64_t kMostWork = 4'000'000'000;
 
-// A search that is done start by start ends after that long.
-constexpr auto kPatience = std::chrono::seconds(1);
+// A search that needs more gets more, by so much at a time, and the clock a look in between.
+constexpr std::uint64_t kMoreWork = 5 * kMostWork;
 
-// Texts up to this length are searched at one go first: even if every starting position takes a look at the whole rest
-// without a step, half a second is enough.
+// Texts up to this length may be searched at one go: even if every starting position takes a look at the whole rest
+// without a step, that is little work.
 constexpr std::size_t kOneGo = 65'535;
 
-// What makes a search depend on where it began, or skip starting positions by itself.
-constexpr const char* kTiedToStart[] = {"\\G", "(*COMMIT", "(*SKIP", "(*CR", "(*ANY"};
+constexpr int kTimeSpent = -1'000;  // in place of a code of PCRE's
+
+constexpr std::uint64_t kInterpreterDrag = 10;  // so many times as long takes a step of the interpreter, about
+
+// How many steps make up that much work.
+std::uint64_t StepsFor(std::uint64_t work, std::uint64_t workOfAStep) {
+  return std::max<std::uint64_t>(work / std::max<std::uint64_t>(workOfAStep, 1), 1);
+}
+
+// Runs with few steps first, and with more as long as they are not enough and there is time.
+template <class TRun>
+int WithRisingSteps(std::uint64_t workOfAStep, const TRegexLimits& limits, TRun run) {
+  const std::uint64_t more = StepsFor(kMoreWork, workOfAStep);
+  TRegexLimits some = limits;
+  some.match = std::min<std::uint64_t>(limits.match, StepsFor(kMostWork, workOfAStep));
+  for (;;) {
+    const int rc = run(some);
+    if (rc != PCRE_ERROR_MATCHLIMIT || some.match == limits.match) return rc;
+    if (limits.clock != nullptr && limits.clock->Spent()) return kTimeSpent;
+    some.match = std::min<std::uint64_t>(limits.match, some.match + std::min<std::uint64_t>(3 * some.match, more));
+  }
+}
 
 // The UTF-8 form of an input: a short one on the stack, others in memory that the thread keeps.
 class TSubject {
@@ -79,12 +99,16 @@ std::string PatternText(std::u16string_view pattern) {
 
 }  // namespace
 
-TRegex::TRegex(std::u16string_view pattern) : pattern_(PatternText(pattern)), program_(pattern_) {}
+TRegex::TRegex(std::u16string_view pattern)
+    : pattern_(PatternText(pattern)), program_(pattern_), drag_(program_.IsNative() ? 1 : kInterpreterDrag) {}
 
 // Most texts are short: even if every starting position took all its steps, there would be time for that.
 inline int TRegex::Search(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const {
-  const bool fits = text.size() <= kOneGo && limits.match <= kMostWork;
-  if (fits && limits.match * text.size() * text.size() <= kMostWork) return program_.Search(text, 0, limits, offsets);
+  const bool fits = text.size() <= kOneGo && limits.match <= kMostWork / kInterpreterDrag;
+  if (fits && limits.match * text.size() * text.size() * drag_ <= kMostWork) {
+    const int rc = program_.Search(text, 0, limits, offsets);
+    if (rc != PCRE_ERROR_MATCHLIMIT) return rc;
+  }
   return SearchInParts(text, limits, offsets);
 }
 
@@ -95,8 +119,9 @@ TRegexResult TRegex::AppendFirstGroup(std::u16string_view input, const TRegexLim
   TPcreProgram::TOffsets offsets;
   const int rc = Search(subject.Text(), limits, offsets);
   if (rc == PCRE_ERROR_NOMATCH) return {};
+  if (rc == kTimeSpent) return {TKind::TimeSpent};
   if (rc < 0) return {TKind::MatchError, rc};
-  if (rc == 1) return {TKind::NoGroup};
+  if (rc == 1) return {TKind::NoGroup, 0, 0, nullptr, program_.Groups()};
   const std::string_view group = FirstGroupIn(subject.Text(), offsets);
   subject.IsAscii() ? AppendAscii(group, out) : AppendFromUtf8(group, out);
   return {TKind::Matched};
@@ -112,39 +137,63 @@ bool TRegex::FindFirstGroup(std::string_view ascii, const TRegexLimits& limits, 
 }
 
 int TRegex::SearchInParts(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const {
-  const std::uint64_t length = text.size();
-  if (length > std::numeric_limits<int>::max()) return PCRE_ERROR_BADLENGTH;
-  if (length <= kOneGo) {
-    const std::uint64_t most = kMostWork / std::max<std::uint64_t>(length * length, 1);
-    const TRegexLimits first{std::min<unsigned long>(limits.match, most), limits.recursion};
+  if (text.size() > std::numeric_limits<int>::max()) return PCRE_ERROR_BADLENGTH;
+  if (program_.IsTied()) return SearchAtOneGo(text, limits, offsets);
+  if (text.size() <= kOneGo && drag_ * text.size() * text.size() <= kMostWork) {
+    TRegexLimits first = limits;
+    first.match = std::min<std::uint64_t>(limits.match, StepsFor(kMostWork, drag_ * text.size() * text.size()));
     const int rc = program_.Search(text, 0, first, offsets);
-    if (rc != PCRE_ERROR_MATCHLIMIT || first.match == limits.match) return rc;
+    if (rc != PCRE_ERROR_MATCHLIMIT) return rc;
   }
   return SearchStartByStart(text, limits, offsets);
+}
+
+int TRegex::SearchAtOneGo(std::string_view text, const TRegexLimits& limits, TPcreProgram::TOffsets& offsets) const {
+  const std::uint64_t most = StepsFor(kMoreWork, drag_ * text.size());
+  const std::uint64_t starts = program_.Starts().Count(text, most);
+  if (starts > most) return PCRE_ERROR_MATCHLIMIT;  // a single step at each is too much, and nobody looks at a clock
+  return WithRisingSteps(starts * drag_ * text.size(), limits,
+                         [&](const TRegexLimits& some) { return program_.Search(text, 0, some, offsets); });
 }
 
 // Tries the starting positions one after the other, so that each can have many steps, and the clock a look in between.
 int TRegex::SearchStartByStart(std::string_view text, const TRegexLimits& limits,
                                TPcreProgram::TOffsets& offsets) const {
-  const auto tied = [this](const char* piece) { return pattern_.find(piece) != std::string::npos; };
-  if (std::any_of(std::begin(kTiedToStart), std::end(kTiedToStart), tied)) return PCRE_ERROR_MATCHLIMIT;
-  const TPcreProgram& program = AnchoredProgram();
-  const TRegexLimits each{std::min<unsigned long>(limits.match, kMostWork / text.size()), limits.recursion};
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  const std::ptrdiff_t last = program_.LastStart(text);
-  for (std::ptrdiff_t start = 0; start <= last; ++start) {
-    const auto at = static_cast<std::size_t>(start);
-    if (at < text.size() && (text[at] & 0xC0) == 0x80) continue;  // within a character
-    const int rc = program.Search(text, at, each, offsets);
+  const TStarts& starts = program_.Starts();
+  // The interpreter would not know beforehand that there is no match, but might stop with an error.
+  const std::ptrdiff_t last = program_.IsNative() ? starts.Last(text) : static_cast<std::ptrdiff_t>(text.size());
+  for (std::size_t at = starts.Next(text, 0); at != TStarts::kNone; at = starts.Next(text, at + 1)) {
+    if (static_cast<std::ptrdiff_t>(at) > last) break;
+    const int rc = MatchAt(text, at, limits, offsets);
     if (rc != PCRE_ERROR_NOMATCH) return rc;
-    if (std::chrono::steady_clock::now() > deadline) return PCRE_ERROR_MATCHLIMIT;
+    if (limits.clock != nullptr && limits.clock->Spent()) return kTimeSpent;
   }
   return PCRE_ERROR_NOMATCH;
+}
+
+// The interpreter has the last word on the limit of steps, which are its own.
+int TRegex::MatchAt(std::string_view text, std::size_t at, const TRegexLimits& limits,
+                    TPcreProgram::TOffsets& offsets) const {
+  if (program_.IsNative()) {
+    const TPcreProgram& program = AnchoredProgram();
+    const int rc = WithRisingSteps(text.size(), limits,
+                                   [&](const TRegexLimits& some) { return program.Search(text, at, some, offsets); });
+    if (rc != PCRE_ERROR_MATCHLIMIT) return rc;
+  }
+  return WithRisingSteps(kInterpreterDrag * text.size(), limits,
+                         [&](const TRegexLimits& some) { return program_.MatchAt(text, at, some, offsets); });
 }
 
 const TPcreProgram& TRegex::AnchoredProgram() const {
   std::call_once(once_, [this] { anchored_ = std::make_unique<const TPcreProgram>(pattern_, PCRE_ANCHORED); });
   return *anchored_;
+}
+
+std::string_view ExceededLimit(const TRegexResult& result) {
+  if (result.kind == TRegexResult::TKind::TimeSpent) return "regexMilliseconds";
+  if (result.kind != TRegexResult::TKind::MatchError) return {};
+  if (result.code == PCRE_ERROR_MATCHLIMIT) return "regexMatch";
+  return result.code == PCRE_ERROR_RECURSIONLIMIT ? "regexRecursion" : std::string_view();
 }
 
 }  // namespace templatenames

@@ -62,6 +62,19 @@ inline std::size_t FindUnit(std::u16string_view text, char16_t unit, std::size_t
   return kNone;
 }
 
+/// The first position at or after `from` of one of the characters, each given as a block, or kNone.
+inline std::size_t FindAnyUnit(std::u16string_view text, std::span<const TUnitBlock> wanted, std::size_t from) {
+  const char16_t* const units = text.data();
+  for (; from + kUnitBlock <= text.size(); from += kUnitBlock) {
+    const TUnitMatches matches(units + from, wanted);
+    if (matches.Any()) return from + matches.First();
+  }
+  for (; from < text.size(); ++from)
+    for (const TUnitBlock& block : wanted)
+      if (units[from] == block[0]) return from;
+  return kNone;
+}
+
 /// The last position in [from, to) of the character, or kNone. `to` must not lie past the end.
 inline std::size_t FindUnitBackward(std::u16string_view text, char16_t unit, std::size_t to, std::size_t from) {
   const TUnitBlock wanted[] = {UnitBlock(unit)};

@@ -9,7 +9,7 @@
 namespace templatenames {
 namespace {
 
-constexpr std::u16string_view kSeparators = u"_-.: ";
+constexpr std::u16string_view kSeparators = u"_-.: \t\r\n\u00A0";
 
 std::u16string Sorted(std::u16string_view text) {
   std::u16string sorted(text);
@@ -55,6 +55,7 @@ TNameDistance TNameLikeness::DistanceTo(std::u16string_view name) const {
   std::ranges::transform(folded, folded.begin(), FoldedUnit);
   distance.separators = EditsBetween(folded_, folded, kMostEdits);
   distance.otherFirst = letters_.front() != other.front();
+  distance.added = static_cast<int>(letters_.size()) - static_cast<int>(other.size());
   return distance;
 }
 

@@ -23,6 +23,7 @@ struct TNameDistance {
   bool otherDigits = false;  // "customerinfo2" and "customerinfo3" are further from each other than they look
   unsigned separators = 0;   // edits of the texts with their separators
   bool otherFirst = false;   // they begin with different letters
+  int added = 0;             // letters that the key has more: one left out is likelier than just that one put in
 
   static constexpr unsigned kEdit = 1'000;
   static constexpr unsigned kFar = 1'000'000;

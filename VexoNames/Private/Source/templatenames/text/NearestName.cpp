@@ -117,7 +117,7 @@ std::vector<std::uint32_t> TNearestName::ListsFor(std::u16string_view letters, T
   }
   lists.push_back(ListOf({letters.size(), 0, letters}));
   std::ranges::sort(lists);
-  lists.erase(std::ranges::unique(lists).begin(), lists.end());
+  lists.erase(std::unique(lists.begin(), lists.end()), lists.end());
   return lists;
 }
 

@@ -14,9 +14,9 @@
 // leave a quarter as it is, nearly always, the names that share one with a key are all that can be near it. The rarest
 // quarters are looked up first, and the names that share most are compared first.
 //
-// Of names that are equally near, one with the digits of the key is taken, else the one that was added first. Names
-// without a letter, or with more than 100, are never suggested. Knows no registry. Takes about 150 bytes a name. One
-// thread at a time.
+// Of names that are equally near, one with the digits of the key is taken, or with its first letter, or a longer one,
+// or the one that was added first. Names without a letter, or with more than 100, are never suggested. Knows no
+// registry. Takes about 150 bytes a name. One thread at a time.
 #pragma once
 
 #include <cstdint>

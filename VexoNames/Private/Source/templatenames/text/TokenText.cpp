@@ -20,10 +20,10 @@ struct TAttribute {
 };
 
 constexpr TAttribute kAttributes[] = {
-    {u"format", &TTokenText::format},
-    {u"elem", &TTokenText::elem},
-    {u"extract", &TTokenText::extract},
-    {u"regex", &TTokenText::regex},
+    {kAttributeNames[0], &TTokenText::format},
+    {kAttributeNames[1], &TTokenText::elem},
+    {kAttributeNames[2], &TTokenText::extract},
+    {kAttributeNames[3], &TTokenText::regex},
 };
 
 // Takes the attribute whose name ends before the "=" at that position, unless it occurred before.

@@ -10,6 +10,8 @@
 
 namespace templatenames {
 
+inline constexpr std::u16string_view kAttributeNames[] = {u"format", u"elem", u"extract", u"regex"};
+
 /// A token text, split. The views lie in the token text; an absent attribute is empty.
 struct TTokenText {
   std::u16string_view key;
