@@ -28,7 +28,8 @@ std::vector<Row> Read(const std::string& path, std::initializer_list<std::string
       continue;
     }
     setAbove = {};
-    if (!rows.empty() && (line[0] == ' ' || (!isHead && next.text.starts_with("> ")))) {
+    const bool isIndented = line[0] == ' ' && !line.starts_with(" =>");  // else the row of an empty text
+    if (!rows.empty() && (isIndented || (!isHead && next.text.starts_with("> ")))) {
       rows.back().below += line + '\n';
     } else {
       next.text = line;

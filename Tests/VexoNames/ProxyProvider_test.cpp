@@ -1,6 +1,4 @@
 // Clients that names share.
-#include <thread>
-
 #include "NQ_TSocket.h"
 #include "Support.h"
 #include "TNameProxyProvider.h"
@@ -143,33 +141,27 @@ TEST(ProxyProvider, GivesEveryRegistryItsOwnServicesSideBySide) {
     void Call(const NQ_TDict&, NQ_TAny& reply) override { reply = number; }
     const int number;
   };
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.emplace_back([t] {
-      TName names;
-      names.SetTNameProxyProvider(std::make_shared<TNameProxyProvider>(
-          [t](const NQ_TString&, const NQ_TString&) { return std::make_shared<TFake>(t); }));
-      Do(names, "define q = 2 2");
-      names.SetServerQuery("q", "h", "s", "Get", NQ_TDict());
-      for (int i = 0; i < Scaled(200); ++i) EXPECT_EQ(Resolved(names, "<q/>"), std::to_string(t));
-    });
-  for (std::thread& thread : threads) thread.join();
+  OnThreads(4, [](int t) {
+    TName names;
+    names.SetTNameProxyProvider(std::make_shared<TNameProxyProvider>(
+        [t](const NQ_TString&, const NQ_TString&) { return std::make_shared<TFake>(t); }));
+    Do(names, "define q = 2 2");
+    names.SetServerQuery("q", "h", "s", "Get", NQ_TDict());
+    for (int i = 0; i < Scaled(200); ++i) EXPECT_EQ(Resolved(names, "<q/>"), std::to_string(t));
+  });
 }
 
 TEST(ProxyProvider, IsUsedByManyThreads) {
   TNameProxyProvider provider;
   const auto client = provider.GetClient("h", "s");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t)
-    threads.emplace_back([&] {
-      for (int i = 0; i < Scaled(2000); ++i) {
-        const NQ_TString server = NQ_TString::Format("%d", i);
-        EXPECT_EQ(provider.GetClient("H", "s"), client);
-        EXPECT_NE(provider.GetClient("h", server), nullptr);
-        provider.AddClient("h", server, nullptr);
-      }
-    });
-  for (std::thread& thread : threads) thread.join();
+  OnThreads(4, [&](int) {
+    for (int i = 0; i < Scaled(2000); ++i) {
+      const NQ_TString server = NQ_TString::Format("%d", i);
+      EXPECT_EQ(provider.GetClient("H", "s"), client);
+      EXPECT_NE(provider.GetClient("h", server), nullptr);
+      provider.AddClient("h", server, nullptr);
+    }
+  });
 }
 
 }  // namespace

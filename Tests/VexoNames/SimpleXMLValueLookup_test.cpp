@@ -73,22 +73,23 @@ std::string Unescaped(std::string_view text) {
   return all;
 }
 
-TEST_F(SimpleXMLValueLookup, Cases) {
-  for (const std::string& line : names_test::Lines("SimpleXMLValueLookup.txt")) {
-    SCOPED_TRACE(line);
-    const std::size_t end = line.find(" => "), next = line.find(" => ", end + 4);
-    const std::string path = Write(Unescaped(line.substr(0, end)));
-    const std::string first = line.substr(end + 4, next == line.npos ? next : next - end - 4);
-    if (next == line.npos) {
-      EXPECT_THAT(Loaded(path), testing::StartsWith(kFault + first.substr(2)));
-      continue;
-    }
-    const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + path))));
+struct Case : SimpleXMLValueLookup {
+  void TestBody() override {}
+  void Check(const std::string& file, const std::string& key, const std::string& expected) const {
+    const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write(Unescaped(file))))));
     NQ_TString value("left over");
-    const bool found = xmlvalues::LookupXMLValue(document->getDocumentElement(), S(first), value);
-    EXPECT_EQ(found ? Text(value) : "(none)" + Text(value), Unescaped(line.substr(next + 4)));
+    const bool found = xmlvalues::LookupXMLValue(document->getDocumentElement(), S(key), value);
+    EXPECT_EQ(found ? Text(value) : "(none)" + Text(value), Unescaped(expected));
   }
-}
+  void CheckFault(const std::string& file, const std::string& fault) const {
+    EXPECT_THAT(Loaded(Write(Unescaped(file))), testing::StartsWith(kFault + fault));
+  }
+};
+
+const rows_test::RowFile rowFile("SimpleXMLValueLookup.txt", {}, [](const rows_test::Row& row) {
+  const auto parts = rows_test::Pieces(row.text, " => ", 3);
+  parts.size() == 3 ? Case().Check(parts[0], parts[1], parts[2]) : Case().CheckFault(parts[0], parts.at(1).substr(2));
+});
 
 TEST_F(SimpleXMLValueLookup, FallsBackOnlyWhenAllowed) {
   const TDocument document(LoadXMLDocument(NQ_TURL(S("file://" + Write("<r><n>k</n><v>1</v><k>9</k></r>")))));

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -104,6 +105,13 @@ std::string Thrown(Action action) {
       throw;
     }
   });
+}
+
+/// Runs the work on that many threads at a time, each with its number.
+template <class Work>
+void OnThreads(int count, Work work) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < count; ++thread) threads.emplace_back(work, thread);
 }
 
 /// Whether another thread gets the registry's lock within a generous time.

@@ -1,7 +1,6 @@
 // Several threads on one TName, and several on one each.
 #include <set>
 #include <sstream>
-#include <thread>
 
 #include "Support.h"
 
@@ -9,12 +8,6 @@ namespace names_test {
 namespace {
 
 constexpr int kThreads = 8;
-
-template <class Work>
-void OnThreads(Work work) {
-  std::vector<std::jthread> threads;
-  for (int i = 0; i < kThreads; ++i) threads.emplace_back(work, i);
-}
 
 bool Answer(const NQ_TString&, NQ_TDict*, TName*, NQ_TAny& value) { return value = "u", true; }
 
@@ -24,7 +17,7 @@ TEST(Threads, ChangeAndResolveTheSameNames) {
                                       "no warn",      "no regex",       "format Fix = %s"};
   Names names("number N = 0; text B = <A/><A/>; text Fix = f");
   const std::set<std::string> values = {"a", "", "bb", "5", "0", "u", "<A/>"};  // those of a fresh definition too
-  OnThreads([&](int thread) {
+  OnThreads(kThreads, [&](int thread) {
     for (int i = 0; i < Scaled(1100); ++i) {
       const std::string thrown = Thrown([&] { Do(names, kScripts[(thread + i) % std::ssize(kScripts)]); });
       EXPECT_TRUE(thrown == "" || thrown == "NQ_ENoSuchKey: A" || thrown == "NQ_EIncompatibleType: A") << thrown;
@@ -48,7 +41,7 @@ TEST(Threads, ChangeAndResolveTheSameNames) {
 TEST(Threads, CountersLoseNothing) {
   Names names("auto K = 0; number N = 0");
   std::vector<std::vector<int>> seen(kThreads);
-  OnThreads([&](int thread) {
+  OnThreads(kThreads, [&](int thread) {
     for (int i = 0; i < Scaled(50'000); ++i) names.Increment("N");
     for (int i = 0; i < Scaled(2000); ++i)
       seen[std::size_t(thread)].push_back(std::stoi(i % 2 == 0 ? Resolved(names, "<K/>") : ResolvedToken(names, "K")));
@@ -77,7 +70,7 @@ TEST(Threads, FormatEverything) {
       "b|%|SMB://H:1/%C3%89%20X|a short text|1'234'567.89|50.8|lundi 12:00 heure d\u2019\u00E9t\u00E9 d\u2019Europe "
       "centrale|2851200000|";
   Names shared(script);
-  OnThreads([&](int) {
+  OnThreads(kThreads, [&](int) {
     Names own(script);
     for (int i = 0; i < Scaled(2000); ++i) {
       const std::string pattern = "<A regex=\"(v|[0-9]+x" + std::to_string(i % 40) + ")\"/>";
@@ -90,11 +83,11 @@ TEST(Threads, LogLinesDoNotMixAndTheLevelStays) {
   Names names("text A = a");
   names.SetDebugLevel(1);
   Output output;
-  OnThreads([&](int) {
+  OnThreads(kThreads, [&](int) {
     for (int i = 0; i < Scaled(1000); ++i) Do(names, "to url //h/<A/>");
   });
   EXPECT_EQ(names.SetDebugLevel(2), 1);
-  OnThreads([&](int) {
+  OnThreads(kThreads, [&](int) {
     for (int i = 0; i < 20; ++i) names.IsDefined("A"), names.SetDescription("A", "d");
   });
   std::set<std::string> lines;

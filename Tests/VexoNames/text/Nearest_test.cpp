@@ -39,32 +39,16 @@ TEST(Nearest, EditsOfRandomTextsAreThoseOfTheWholeTable) {
   }
 }
 
-TEST(Nearest, Words) {
-  constexpr std::u16string_view kWords[] = {
-      u"format",        u"elem", u"extract", u"regex",         u"mm", u"cm", u"Zone",
-      u"\u00C9t\u00E9", u"None", u"Lined",   u"Europe/Berlin", u"in", u"",   u"cone"};
-  const std::pair<std::u16string_view, std::u16string_view> cases[] = {
-      {u"FORMAT", u"format"},  // case alone
-      {u"\u00E9T\u00C9", u"\u00C9t\u00E9"},
-      {u"formt", u"format"},
-      {u"fromat", u"format"},
-      {u"exrtact", u"extract"},
-      {u"regexp", u"regex"},
-      {u"europe/berln", u"Europe/Berlin"},
-      {u"uErope Brlin", u"Europe/Berlin"},
-      {u"mn", u"mm"},  // a short word bears one edit
-      {u"ele", u"elem"},
-      {u"dm", u"mm"},      // the first of several
-      {u"Nine", u"None"},  // the one with the same first letter
-      {u"pt", u""},
-      {u"el", u""},
-      {u"x", u""},
-      {u"", u""},
-      {u"colour", u""},
-  };
-  for (const auto& [text, word] : cases) EXPECT_EQ(NearestWord(text, kWords), word) << NQ_TString(text);
-  EXPECT_EQ(NearestWord(std::u16string(1'000'000, u'm'), kWords), u"");
-}
+const rows_test::RowFile file("text/Nearest.txt", {"words:"}, [](const rows_test::Row& row) {
+  std::vector<NQ_TString> texts;
+  for (const std::string& word : rows_test::Pieces(row.Setting("words:"), "|")) texts.emplace_back(word);
+  std::vector<std::u16string_view> words;
+  for (const NQ_TString& text : texts) words.push_back(text.StringView());
+  const auto parts = rows_test::Pieces(row.text, " =>");
+  const NQ_TString nearest(NearestWord(NQ_TString(parts.at(0)).StringView(), words));
+  EXPECT_EQ(nearest.Empty() ? "" : ' ' + names_test::Text(nearest), parts.at(1));
+  EXPECT_EQ(NearestWord(std::u16string(100'000, u'm'), words), u"");
+});
 
 }  // namespace
 }  // namespace templatenames

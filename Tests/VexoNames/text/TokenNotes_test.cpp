@@ -34,19 +34,13 @@ std::string Line(const std::vector<TSyntaxNote>& notes) {
   return line;
 }
 
-TEST(SyntaxNotes, MistakesGetTheRightOnes) {
-  for (const std::string& row : Lines("text/SyntaxNotes.txt")) {
-    const std::size_t arrow = row.find(" => ");
-    ASSERT_NE(arrow, row.npos) << row;
-    EXPECT_EQ(Line(NotesOf(Unescaped(row.substr(0, arrow)))), row.substr(arrow + 4)) << row;
-  }
-}
+const RowFile mistakes("text/SyntaxNotes.txt", {}, [](const Row& row) {
+  const auto parts = Pieces(row.text, " => ", 2);
+  EXPECT_EQ(Line(NotesOf(Unescaped(parts.at(0)))), parts.at(1));
+});
 
-TEST(SyntaxNotes, OrdinaryTextsGetNone) {
-  const std::vector<std::string> rows = Lines("text/OrdinaryTexts.txt");
-  EXPECT_GE(rows.size(), 200U);
-  for (const std::string& row : rows) EXPECT_EQ(Line(NotesOf(Unescaped(row))), "") << row;
-}
+const RowFile ordinary("text/OrdinaryTexts.txt", {},
+                       [](const Row& row) { EXPECT_EQ(Line(NotesOf(Unescaped(row.text))), ""); });
 
 TEST(SyntaxNotes, SentencesSayWhatWasFoundAndWhatWouldDo) {
   const std::pair<std::u16string_view, std::string_view> cases[] = {
