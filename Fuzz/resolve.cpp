@@ -112,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const NQ_TString first = Outcome(names, form, text);
   Check(Outcome(names, form, text) == first, "a second resolution gives the same");
   Check(Outcome(names, form, text) == first, "a third resolution gives the same");
-  if (!small) Check(Outcome(plain, form, text) == first, "the long way gives the same");
+  Check(Outcome(plain, form, text) == first, "the long way gives the same");
   if (small) Check(first.Length() <= text.Length() + 200, "limits hold");
 
   NQ_TString translated;

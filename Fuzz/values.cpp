@@ -51,7 +51,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   limits.characters = 2'000;
   names.SetLimits(limits);
   const NQ_TString bounded = Outcome(names, text);
+  plain.SetLimits(limits);
   Check(Outcome(names, text) == bounded, "another resolution gives the same");
+  Check(Outcome(plain, text) == bounded, "the long way ends at the same limits");
   Check(bounded.Length() <= 2'000 + 2 * size + 100, "limits hold");
 
   names.Define("plain", TName::TName_TypeString, TName::TName_LookupValue);

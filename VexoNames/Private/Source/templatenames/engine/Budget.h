@@ -94,6 +94,8 @@ class TBudget {
 class TCharge {
  public:
   explicit TCharge(TBudget& budget) : budget_(budget), before_(budget.characters) {}
+  /// What was left when the value came.
+  std::int64_t Before() const { return before_; }
   void Text(std::size_t length) {
     budget_.characters = std::min(budget_.characters, before_ - static_cast<std::int64_t>(length));
   }

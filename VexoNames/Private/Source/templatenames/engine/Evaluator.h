@@ -150,8 +150,9 @@ class TEvaluator {
   bool WriteByHandler(const TWriter& writer, const TValue& value, TTextInHand& text);
   bool FailFormat(const TWriter& writer, TPrintfFormat::TKind kind);
   bool FailType(const TWriter& writer, const TValue& value);
-  bool ApplyOptions(TToken& token, TTextInHand& text);
-  bool Format(std::u16string_view key, const NQ_TDict& options, NQ_TString& value, TTextInHand& text);
+  bool ApplyOptions(TToken& token, std::int64_t left, TTextInHand& text);
+  bool Format(std::u16string_view key, const NQ_TDict& options, std::int64_t left, NQ_TString& value,
+              TTextInHand& text);
 
   // EvaluatorCuts.h
   bool Cut(TToken& token, TEntry& entry, TTextInHand& text);

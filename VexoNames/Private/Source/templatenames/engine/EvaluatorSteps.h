@@ -205,7 +205,7 @@ bool TEvaluator<TObserver>::MakeIn(TToken& token, TEntry& entry, TValue& value, 
   charge.Text(text.View().size());
   if (!Cut(token, entry, text)) return false;
   text.Settle();
-  if (!ApplyOptions(token, text)) return false;
+  if (!ApplyOptions(token, charge.Before(), text)) return false;
   charge.Text(out.Length() - text.Begin());
   return budget_.characters >= 0 || FailLimit(TLimit::Characters, token.parts.key);
 }
@@ -371,24 +371,22 @@ bool TEvaluator<TObserver>::FailType(const TWriter& writer, const TValue& value)
 
 // They are those of the name as it is now: a handler may have defined it anew, or dropped it.
 template <class TObserver>
-bool TEvaluator<TObserver>::ApplyOptions(TToken& token, TTextInHand& text) {
+bool TEvaluator<TObserver>::ApplyOptions(TToken& token, std::int64_t left, TTextInHand& text) {
   if (Logs(2)) Log(2, "TName::ApplyFormattingOptions: key = \"", NQ_TString(token.parts.key), '"');
   TEntry* const entry = text.View().empty() ? nullptr : FindEntry(token);
   const NQ_TAny* const attribute = entry == nullptr ? nullptr : entry->Slots().formattingOptions;
   const auto* const options = attribute == nullptr ? nullptr : attribute->As<NQ_TDict>();
   if (options == nullptr || options->IsEmpty()) return true;
-  if (text.Begin() == 0) return Format(token.parts.key, *options, text.Out(), text);
+  if (text.Begin() == 0) return Format(token.parts.key, *options, left, text.Out(), text);
   NQ_TString value(text.View());
-  if (!Format(token.parts.key, *options, value, text)) return false;
+  if (!Format(token.parts.key, *options, left, value, text)) return false;
   text.Replace(value.StringView());
   return true;
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::Format(std::u16string_view key, const NQ_TDict& options, NQ_TString& value,
-                                   TTextInHand& text) {
-  // What was left before the value was charged.
-  const std::int64_t left = budget_.characters + static_cast<std::int64_t>(value.Length());
+bool TEvaluator<TObserver>::Format(std::u16string_view key, const NQ_TDict& options, std::int64_t left,
+                                   NQ_TString& value, TTextInHand& text) {
   const std::int64_t most = std::clamp<std::int64_t>(left, 0, kMostEncoded);
   TFindings* findings = nullptr;
   Reported([&](auto& observer) { findings = &observer.Findings(); });

@@ -83,10 +83,10 @@ TRecipe Compile(TEntry& entry, bool& steady) {
     KnowText(entry, slots, recipe);
     if (recipe.known == TRecipe::TKnown::Nothing) KnowNumber(slots, recipe);
   }
-  if (recipe.writing == TWriting::Text)
-    recipe.format = FormatOf(entry, recipe.isUrl ? nullptr : slots.format, TPrintfFormat::TKind::Text);
+  if (recipe.writing == TWriting::Text) recipe.format = FormatOf(entry, slots.format, TPrintfFormat::TKind::Text);
+  const bool writtenAsIs = recipe.isUrl || (recipe.format != nullptr && recipe.format->IsPlain());
   recipe.asIs = recipe.known == TRecipe::TKnown::Text && recipe.writing == TWriting::Text && recipe.plain &&
-                !recipe.stages && !recipe.options && recipe.format != nullptr && recipe.format->IsPlain();
+                !recipe.stages && !recipe.options && writtenAsIs;
   steady = IsSteady(slots.value) && IsSteady(slots.format) && IsSteady(slots.type) && IsSteady(slots.lookupHandler) &&
            IsSteady(slots.lookupHandler2) && IsSteady(slots.typeHandler);
   return recipe;
