@@ -210,8 +210,9 @@ const Word kWords[] = {
 };
 
 bool Begins(const std::string& line, std::string_view word) {
+  if (!line.starts_with(word)) return false;
   const bool isWhole = line.size() == word.size() || line[word.size()] == ' ' || std::isalpha(word.back()) == 0;
-  return line.starts_with(word) && isWhole;
+  return isWhole;
 }
 
 std::string DoLine(TName& names, const std::string& line, std::span<const Word> more) {

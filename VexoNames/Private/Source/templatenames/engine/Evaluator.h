@@ -10,8 +10,8 @@
 //   evaluator.Append(text, result);
 //   return evaluator.Count() == 0;
 //
-// Most tokens are a name whose text is stored and known as it is: for those the walk over the template has a shorter
-// way (AppendAsIs), unless somebody wants to see each step.
+// Most tokens are a name whose text or number is stored and known as it is: for those the walk over the template has a
+// shorter way (AppendKnown), unless somebody wants to see each step.
 #pragma once
 
 #include "engine/Engine.h"
@@ -118,7 +118,9 @@ class TEvaluator {
   void AppendPiece(const TPlace& place, TToken& token, NQ_TString& out);
   void AppendOverlapping(const TPlace& place, NQ_TString& out);
   void AppendLogged(const TPlace& place, TToken& token, NQ_TString& out);
-  bool AppendAsIs(std::u16string_view literal, TToken& token, NQ_TString& out);
+  bool AppendKnown(std::u16string_view literal, TToken& token, NQ_TString& out);
+  bool AppendAsIs(std::u16string_view literal, TToken& token, const TRecipe& recipe, NQ_TString& out);
+  bool AppendNumber(std::u16string_view literal, TToken& token, const TRecipe& recipe, NQ_TString& out);
   bool FindGroup(TToken& token, std::u16string_view& text);
   bool Produce(TToken& token, NQ_TString& out);
   bool ProduceEmpty();

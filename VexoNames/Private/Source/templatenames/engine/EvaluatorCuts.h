@@ -15,7 +15,7 @@ namespace templatenames {
 // A stage that is null ends the chain. Which ones there are is asked for anew each time: handlers may change that, and
 // what the name does.
 template <class TObserver>
-bool TEvaluator<TObserver>::Cut(TToken& token, TEntry& entry, TTextInHand& text) {
+inline bool TEvaluator<TObserver>::Cut(TToken& token, TEntry& entry, TTextInHand& text) {
   const THooks& hooks = engine_.hooks;
   if (hooks.areOwn && !Logs(2) && !entry.Recipe().stages && !token.parts.HasStages()) return true;
   const std::u16string_view key = token.parts.key;

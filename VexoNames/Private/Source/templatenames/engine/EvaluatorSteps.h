@@ -44,7 +44,7 @@ bool TEvaluator<TObserver>::ForeignWith(const NQ_TDict& entry, TAction action) {
 
 // A value that is known beforehand needs no lookup: the entry holds it, and nobody is asked first.
 template <class TObserver>
-bool TEvaluator<TObserver>::TakeKnown(const TRecipe& recipe, TValue& value) {
+inline bool TEvaluator<TObserver>::TakeKnown(const TRecipe& recipe, TValue& value) {
   if (recipe.known == TRecipe::TKnown::Nothing) return false;
   value.kind = recipe.known == TRecipe::TKnown::Text ? TValue::TKind::Text : TValue::TKind::Number;
   value.plain = recipe.plain;
@@ -184,7 +184,7 @@ void TEvaluator<TObserver>::SetValueFrom(const NQ_TAny& any, TValue& value) cons
 // What code of the caller's may look at while it is written stands in a string of its own, not in the caller's result;
 // so does what the formatting options rewrite.
 template <class TObserver>
-bool TEvaluator<TObserver>::Make(TToken& token, TEntry& entry, TValue& value, NQ_TString& out) {
+inline bool TEvaluator<TObserver>::Make(TToken& token, TEntry& entry, TValue& value, NQ_TString& out) {
   const TRecipe& recipe = entry.Recipe();
   if (!recipe.options && !recipe.IsForeign() && engine_.hooks.areOwn) return MakeIn(token, entry, value, out);
   TScratch scratch(engine_.store);
@@ -194,7 +194,7 @@ bool TEvaluator<TObserver>::Make(TToken& token, TEntry& entry, TValue& value, NQ
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::MakeIn(TToken& token, TEntry& entry, TValue& value, NQ_TString& out) {
+inline bool TEvaluator<TObserver>::MakeIn(TToken& token, TEntry& entry, TValue& value, NQ_TString& out) {
   TCharge charge(budget_);
   TTextInHand text(out);
   if (value.kind == TValue::TKind::Text) {
@@ -212,7 +212,7 @@ bool TEvaluator<TObserver>::MakeIn(TToken& token, TEntry& entry, TValue& value, 
 
 // Puts a text value in hand, with the tokens in it resolved.
 template <class TObserver>
-void TEvaluator<TObserver>::ResolveNested(TValue& value, TTextInHand& text) {
+inline void TEvaluator<TObserver>::ResolveNested(TValue& value, TTextInHand& text) {
   const std::u16string_view units = value.text->StringView();
   Reported([&](auto& observer) { observer.Step("value", units); });
   if (value.plain && !LiesIn(units, text.Out())) return text.SetElsewhere(units);
@@ -234,7 +234,7 @@ void TEvaluator<TObserver>::ResolveNested(TValue& value, TTextInHand& text) {
 // The token's format, else the name's, else the type's. What the name says is asked for after the value is known: a
 // handler may have changed it.
 template <class TObserver>
-TWriter TEvaluator<TObserver>::WriterOf(TToken& token, TEntry& entry) const {
+inline TWriter TEvaluator<TObserver>::WriterOf(TToken& token, TEntry& entry) const {
   const TRecipe& recipe = entry.Recipe();
   TWriter writer;
   writer.writing = recipe.writing;
@@ -255,7 +255,7 @@ TWriter TEvaluator<TObserver>::WriterOf(TToken& token, TEntry& entry) const {
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::Write(const TWriter& writer, const TValue& value, TTextInHand& text) {
+inline bool TEvaluator<TObserver>::Write(const TWriter& writer, const TValue& value, TTextInHand& text) {
   switch (writer.writing) {
     case TRecipe::TWriting::Text:
       return WriteText(writer, value, text);
@@ -272,7 +272,7 @@ bool TEvaluator<TObserver>::Write(const TWriter& writer, const TValue& value, TT
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::WriteText(const TWriter& writer, const TValue& value, TTextInHand& text) {
+inline bool TEvaluator<TObserver>::WriteText(const TWriter& writer, const TValue& value, TTextInHand& text) {
   if (value.kind == TValue::TKind::Unknown) {
     if (writer.format == nullptr) return FailFormat(writer, TPrintfFormat::TKind::Text);
     text.SetUnknown();
@@ -293,7 +293,7 @@ bool TEvaluator<TObserver>::WriteText(const TWriter& writer, const TValue& value
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::WriteInteger(const TWriter& writer, const TValue& value, TTextInHand& text) {
+inline bool TEvaluator<TObserver>::WriteInteger(const TWriter& writer, const TValue& value, TTextInHand& text) {
   const bool isUnknown = value.kind == TValue::TKind::Unknown;
   if (value.kind != TValue::TKind::Number && !isUnknown) return FailType(writer, value);
   if (writer.format == nullptr) return FailFormat(writer, TPrintfFormat::TKind::Integer);
@@ -307,8 +307,7 @@ bool TEvaluator<TObserver>::WriteInteger(const TWriter& writer, const TValue& va
   if constexpr (TObserver::kCalls) {
     if ((writer.counts || !value.stored) && !budget_.preview) writer.entry->Add(Keys().value, number);
   }
-  text.Replace({});
-  writer.format->AppendInteger(number, text.Out());
+  writer.format->AppendInteger(number, text.Out());  // nothing was written before
   text.SetWritten();
   Reported([&](auto& observer) {
     if (writer.counts) observer.Source("counter");
@@ -371,7 +370,7 @@ bool TEvaluator<TObserver>::FailType(const TWriter& writer, const TValue& value)
 
 // They are those of the name as it is now: a handler may have defined it anew, or dropped it.
 template <class TObserver>
-bool TEvaluator<TObserver>::ApplyOptions(TToken& token, std::int64_t left, TTextInHand& text) {
+inline bool TEvaluator<TObserver>::ApplyOptions(TToken& token, std::int64_t left, TTextInHand& text) {
   if (Logs(2)) Log(2, "TName::ApplyFormattingOptions: key = \"", NQ_TString(token.parts.key), '"');
   TEntry* const entry = text.View().empty() ? nullptr : FindEntry(token);
   const NQ_TAny* const attribute = entry == nullptr ? nullptr : entry->Slots().formattingOptions;

@@ -112,11 +112,11 @@ void TEvaluator<TObserver>::NoteAt(const TSyntaxNote& note, std::u16string_view 
 // ---- a token and the text before it
 
 template <class TObserver>
-void TEvaluator<TObserver>::AppendPiece(const TPlace& place, TToken& token, NQ_TString& out) {
+inline void TEvaluator<TObserver>::AppendPiece(const TPlace& place, TToken& token, NQ_TString& out) {
   if constexpr (!TObserver::kLogs && TObserver::kCalls) {
     if (engine_.Logs(1)) return AppendLogged(place, token, out);
   }
-  if (AppendAsIs(place.literal, token, out)) return;
+  if (AppendKnown(place.literal, token, out)) return;
   AppendUnits(place.literal, out);
   if constexpr (TObserver::kReports) {
     const auto before = observer_.Take(place.written, token.parts.key, place.begin, place.end);
@@ -155,7 +155,7 @@ void TEvaluator<TObserver>::AppendLogged(const TPlace& place, TToken& token, NQ_
 }
 
 template <class TObserver>
-TEntry* TEvaluator<TObserver>::FindEntry(TToken& token) const {
+inline TEntry* TEvaluator<TObserver>::FindEntry(TToken& token) const {
   if (token.entryVersion != engine_.store.Version()) {
     token.entry = engine_.store.Find(token.parts.key, token.keyHash);
     token.entryVersion = engine_.store.Version();
@@ -163,20 +163,27 @@ TEntry* TEvaluator<TObserver>::FindEntry(TToken& token) const {
   return token.entry;
 }
 
-// Both at once, when neither can exceed a limit and nobody wants to know of it. False, with nothing changed, else.
+// Both at once, for values that are known beforehand: when nothing can exceed a limit and nobody wants to know of it.
+// False, with nothing changed, else.
 template <class TObserver>
-bool TEvaluator<TObserver>::AppendAsIs(std::u16string_view literal, TToken& token, NQ_TString& out) {
+inline bool TEvaluator<TObserver>::AppendKnown(std::u16string_view literal, TToken& token, NQ_TString& out) {
   if constexpr (!TObserver::kCalls) return false;
-  if (token.shape == TToken::TShape::Other || !engine_.hooks.areOwn || budget_.Exceeded() != TLimit::None) return false;
-  if (Logs(1)) return false;
+  if (Logs(1) || !engine_.hooks.areOwn || token.text.empty() || budget_.Exceeded() != TLimit::None) return false;
   if constexpr (TObserver::kReports) {
     if (observer_.WantsStory() || !token.HasCleanSyntax()) return false;
   }
   TEntry* const entry = FindEntry(token);
   if (entry == nullptr) return false;
   const TRecipe& recipe = entry->Recipe();
+  if (recipe.asIs) return AppendAsIs(literal, token, recipe, out);
+  return recipe.isPlainNumber && AppendNumber(literal, token, recipe, out);
+}
+
+template <class TObserver>
+inline bool TEvaluator<TObserver>::AppendAsIs(std::u16string_view literal, TToken& token, const TRecipe& recipe,
+                                              NQ_TString& out) {
   const auto length = static_cast<std::int64_t>(recipe.units.size());
-  if (!recipe.asIs || budget_.characters < length || LiesIn(recipe.units, out)) return false;
+  if (token.shape == TToken::TShape::Other || budget_.characters < length || LiesIn(recipe.units, out)) return false;
   std::u16string_view value = recipe.units;
   if (token.shape == TToken::TShape::Regex && !FindGroup(token, value)) return false;
   --budget_.tokens;
@@ -187,10 +194,31 @@ bool TEvaluator<TObserver>::AppendAsIs(std::u16string_view literal, TToken& toke
   return true;
 }
 
+template <class TObserver>
+inline bool TEvaluator<TObserver>::AppendNumber(std::u16string_view literal, TToken& token, const TRecipe& recipe,
+                                                NQ_TString& out) {
+  if (token.parts.HasStages()) return false;
+  const TPrintfFormat* const format =
+      token.parts.format.empty() ? recipe.format : token.Format(TPrintfFormat::TKind::Integer);
+  if (format == nullptr || (TObserver::kReports && !format->WritesValue())) return false;
+  const unsigned int begin = out.Length();
+  AppendUnits(literal, out);
+  const unsigned int valueBegin = out.Length();
+  format->AppendInteger(recipe.number, out);
+  const std::int64_t left = budget_.characters - (out.Length() - valueBegin);
+  if (left < 0) {
+    out.Truncate(begin);
+    return false;
+  }
+  --budget_.tokens;
+  budget_.characters = left;
+  return true;
+}
+
 // Makes the text of a token's recipe the first group of the token's regular expression; false, with nothing changed,
 // when the text is not ASCII or there is something to report.
 template <class TObserver>
-bool TEvaluator<TObserver>::FindGroup(TToken& token, std::u16string_view& text) {
+inline bool TEvaluator<TObserver>::FindGroup(TToken& token, std::u16string_view& text) {
   const char* const ascii = text.size() <= kLongSubject ? token.entry->Ascii() : nullptr;
   if (ascii == nullptr || budget_.RegexSpent()) return false;
   budget_.BeginRegex();
@@ -206,7 +234,7 @@ bool TEvaluator<TObserver>::FindGroup(TToken& token, std::u16string_view& text) 
 // ---- the frame around a token
 
 template <class TObserver>
-bool TEvaluator<TObserver>::AppendToken(TToken& token, NQ_TString& out) {
+inline bool TEvaluator<TObserver>::AppendToken(TToken& token, NQ_TString& out) {
   const unsigned int begin = out.Length();
   if (token.text.empty() ? ProduceEmpty() : Produce(token, out)) {
     Reported([&](auto& observer) {
@@ -229,7 +257,7 @@ bool TEvaluator<TObserver>::ProduceEmpty() {
 }
 
 template <class TObserver>
-bool TEvaluator<TObserver>::Produce(TToken& token, NQ_TString& out) {
+inline bool TEvaluator<TObserver>::Produce(TToken& token, NQ_TString& out) {
   LogSplit(token);
   if (const TLimit limit = budget_.Exceeded(); limit != TLimit::None) return FailLimit(limit, token.parts.key);
   --budget_.tokens;

@@ -87,6 +87,8 @@ TRecipe Compile(TEntry& entry, bool& steady) {
   const bool writtenAsIs = recipe.isUrl || (recipe.format != nullptr && recipe.format->IsPlain());
   recipe.asIs = recipe.known == TRecipe::TKnown::Text && recipe.writing == TWriting::Text && recipe.plain &&
                 !recipe.stages && !recipe.options && writtenAsIs;
+  recipe.isPlainNumber = recipe.known == TRecipe::TKnown::Number && recipe.writing == TWriting::Integer &&
+                         !recipe.counts && !recipe.stages && !recipe.options;
   steady = IsSteady(slots.value) && IsSteady(slots.format) && IsSteady(slots.type) && IsSteady(slots.lookupHandler) &&
            IsSteady(slots.lookupHandler2) && IsSteady(slots.typeHandler);
   return recipe;

@@ -43,12 +43,13 @@ struct TRecipe {
   TSource source = TSource::None;
   TWriting writing = TWriting::None;
   TKnown known = TKnown::Nothing;
-  bool plain = false;    // of a known text: resolving leaves it as it is
-  bool asIs = false;     // a plain text that is neither formatted nor cut: the value of a token without attributes
-  bool stages = false;   // the entry has stages of its own
-  bool options = false;  // the entry has formatting options
-  bool isUrl = false;    // the known text is that of a URL, which no format changes
-  bool counts = false;   // of a number: it counts up each time it is written
+  bool plain = false;  // of a known text: resolving leaves it as it is
+  bool asIs = false;   // a plain text that is neither formatted nor cut: the value of a token without attributes
+  bool isPlainNumber = false;  // a known number that is neither counted, cut nor formatted by options
+  bool stages = false;         // the entry has stages of its own
+  bool options = false;        // the entry has formatting options
+  bool isUrl = false;          // the known text is that of a URL, which no format changes
+  bool counts = false;         // of a number: it counts up each time it is written
   std::int32_t number = 0;
   const NQ_TString* text = nullptr;
   std::u16string_view units;              // of the text
