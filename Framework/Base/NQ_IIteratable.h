@@ -73,8 +73,9 @@ template <class Container>
 struct NQ_TItemOf {
   template <class Value>
   requires(!std::same_as<std::remove_cvref_t<Value>, Container> && std::convertible_to<Value, NQ_TAny>)
-      NQ_TItemOf(Value&& item)
-      : value(std::forward<Value>(item)) {}  // NOLINT(google-explicit-constructor)
+      // Copies and moves are left alone by the constraint.
+      NQ_TItemOf(Value&& item)  // NOLINT(google-explicit-constructor,bugprone-forwarding-reference-overload)
+      : value(std::forward<Value>(item)) {}
 
   NQ_TAny value;
 };

@@ -19,8 +19,9 @@ struct TNameLimits {
   /// Requests to services per public call. A reply may hold tokens that ask again; 10,000 is more than the names of any
   /// template ask for, and at a millisecond each takes ten seconds.
   int queries = 10'000;
-  /// Time that those requests may take together, by the clock. A minute is two calls of the default deadline: services
-  /// that do not answer hold nobody up for longer than that and the request in hand.
+  /// Time that requests without an answer may take together, by the clock. A minute is two calls of the default
+  /// deadline: services that do not answer hold nobody up for longer than that and the request in hand. Replies that
+  /// come count nothing, however long they took.
   std::int64_t queryMilliseconds = 60'000;
   /// Steps that the regular-expression matcher may take from one starting position in a value, and how deep it may
   /// recurse where it runs without machine code.
