@@ -65,7 +65,7 @@ void TBoundedParser::ParseFile(const NQ_TString& file) {
       if (inDoctype_) Count(doctype_, count);
     }));
   } catch (const xercesc::OutOfMemoryException&) {
-    if (refusal_) throw *refusal_;
+    if (refusal_) throw *refusal_;  // NOLINT(misc-throw-by-value-catch-by-reference): a copy is thrown
     throw;
   }
 }

@@ -15,7 +15,6 @@
 #include "text/Log.h"
 
 using templatenames::Keys;
-using templatenames::Log;
 using templatenames::Quoted;
 using templatenames::TAttributeKeys;
 using templatenames::TDefinitionOutcome;

@@ -10,10 +10,10 @@
 namespace templatenames {
 
 /// Defines the name as the record says.
-TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const NQ_TTree& record, bool userDefined);
+TDefinitionOutcome DefineRecord(TEngine& engine, const NQ_TString& name, const NQ_TTree& definition, bool userDefined);
 /// Defines every name of a tree of records; a duplicate is passed over. False at the first record that fails. The
 /// source is where the tree came from, for messages.
-bool DefineTree(TEngine& engine, const NQ_TTree& records, const NQ_TString& source, bool userDefined);
+bool DefineTree(TEngine& engine, const NQ_TTree& definitions, const NQ_TString& source, bool userDefined);
 
 /// Keeps the error code and the reason of an outcome, which stands in that source; whether it defined the name.
 bool NoteOutcome(TEngine& engine, const TDefinitionOutcome& outcome, const NQ_TString& source = {});

@@ -165,8 +165,7 @@ NQ_TString TTemplateJudge::ReasonFor(const TFault& fault, const NQ_TString& sugg
       u" has a single marker on one side and a double one on the other",
       u" is no token, because it has no end",
       u" ends no token, because none begins before it: it and all that follows stay as they are written",
-      u" has a single marker on one side and a double one on the other, so that all that follows stays as it is "
-      u"written",
+      u" has a single marker on one side and a double one on the other: all that follows stays as it is written",
       u" is one token, because the markers inside are single ones and those around it double ones",
       u" is a token: a text is literal when it begins with \"<<CDATA/>>\", in capitals and without a blank",
   };

@@ -28,7 +28,7 @@ struct TNameDistance {
   static constexpr unsigned kEdit = 1'000;
   static constexpr unsigned kFar = 1'000'000;
 
-  auto operator<=>(const TNameDistance&) const = default;
+  auto operator<=>(const TNameDistance&) const = default;  // NOLINT(modernize-use-nullptr): clang-tidy 14 misreads it
 };
 
 class TNameLikeness {

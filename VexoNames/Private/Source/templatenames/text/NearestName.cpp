@@ -23,7 +23,7 @@ struct TNear {
   TNameDistance distance;
   std::uint32_t name;
 
-  auto operator<=>(const TNear&) const = default;
+  auto operator<=>(const TNear&) const = default;  // NOLINT(modernize-use-nullptr): clang-tidy 14 misreads it
 };
 
 constexpr std::size_t kLongest = 100;  // letters

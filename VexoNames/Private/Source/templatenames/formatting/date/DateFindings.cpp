@@ -108,7 +108,7 @@ class TValueFindings {
 
   // What is lacking is mostly the offset alone.
   NQ_TString WithOffset() const {
-    const NQ_TString better = value_ + "Z";
+    NQ_TString better = value_ + "Z";
     double time = 0;
     for (const NQ_TString& pattern : IsoPatterns()) {
       if (ParseExactDateTime(pattern, zone_, NQ_TString::sEmpty, better, time)) return better;

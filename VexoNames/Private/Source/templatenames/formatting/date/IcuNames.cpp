@@ -91,7 +91,7 @@ bool IsKnownZone(const NQ_TString& id) {
 NQ_TString NearestZone(const NQ_TString& id) {
   const std::u16string_view text = id.StringView();
   if (text.size() > kLongest) return {};
-  const NQ_TString offset = NQ_TString("GMT") + NQ_TString(text.substr(text.starts_with(u"UTC") ? 3 : 0));
+  NQ_TString offset = NQ_TString("GMT") + NQ_TString(text.substr(text.starts_with(u"UTC") ? 3 : 0));
   if (IsKnownZone(offset)) return offset;
   const std::u16string folded = Folded(text);
   for (const std::u16string_view zone : Zones().views) {
