@@ -17,7 +17,7 @@ class NQ_EXPORT TNameExplanation {
   ///   value     what the lookup gave; the detail says where from
   ///   nested    the tokens in it resolved
   ///   format    written as text; the detail is the format
-  ///   elem, extract, regex   cut; the detail is the specification
+  ///   elem, extract, regex   cut; the detail is the text of the attribute
   ///   options   the formatting options applied; the detail is the data format
   struct TStep {
     std::string_view name;

@@ -17,7 +17,7 @@
 
 namespace templatenames {
 
-/// Why the specification cannot be used, for an error other than None.
+/// Why what the stage was told to do cannot be done, for an error other than None.
 NQ_TString StageErrorReason(TStageError error, std::u16string_view spec);
 /// The specification that was probably meant; empty where that is not obvious.
 NQ_TString StageErrorSuggestion(TStageError error, std::u16string_view spec);
